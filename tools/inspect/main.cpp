@@ -1,0 +1,31 @@
+// zephrin-inspect: a developer's view of each stage of the pipeline, without
+// a window where that is possible.
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+#include "verbs.h"
+
+// Verbs are declared here and defined in verb_<name>.cpp.
+
+namespace {
+const InspectVerbEntry fg_Verbs[] = {
+    // name        usage                       function
+    {nullptr, nullptr, nullptr},
+};
+
+int Usage() {
+  std::fprintf(stderr, "usage: zephrin-inspect VERB ARGS...\n");
+  for (const auto& verb : fg_Verbs)
+    if (verb.name) std::fprintf(stderr, "  %s %s\n", verb.name, verb.usage);
+  return 2;
+}
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) return Usage();
+  for (const auto& verb : fg_Verbs)
+    if (verb.name && std::strcmp(verb.name, argv[1]) == 0) return verb.run(argc - 2, argv + 2);
+  std::fprintf(stderr, "zephrin-inspect: unknown verb '%s'\n", argv[1]);
+  return Usage();
+}
