@@ -4,7 +4,7 @@
 
 TInputStream::~TInputStream() { delete[] m_pBuffer; }
 
-int TInputStream::GetCharacter(char& c) {
+int TInputStream::GetCharacterSlow(char& c) {
   for (;;) {
     if (m_nReadIndex >= m_nBytesInBuffer) {
       GetBuffer();
@@ -15,9 +15,7 @@ int TInputStream::GetCharacter(char& c) {
     // same way: a 0 character means the end of input to every reader above.
     if (c != '\r' && c != '\0') break;
   }
-  ++m_nCharactersRead;
-  if (c == '\n') ++m_nLineNumber;
-  if (m_nExpectedLength >= 0 && m_nCharactersRead >= m_nExpectedLength) m_nExpectedLength = -1;
+  Count(c);
   return 1;
 }
 
@@ -60,6 +58,7 @@ void TStringInputStream::GetBuffer() {
 void TInputStack::InsertStream(TInputStream* stream) {
   if (!stream) return;
   m_Streams.emplace_back(stream);
+  m_pHead = stream;
   if (stream->GetExpectedLength() >= 0) m_nCharacterTotal += stream->GetExpectedLength();
 }
 
@@ -70,9 +69,10 @@ void TInputStack::DeleteStream() {
   // expected length uncounted; take that back out of the total.
   if (head->GetExpectedLength() >= 0) m_nCharacterTotal += head->GetCharactersRead() - head->GetExpectedLength();
   m_Streams.pop_back();
+  m_pHead = m_Streams.empty() ? nullptr : m_Streams.back().get();
 }
 
-int TInputStack::GetCharacter(char& c) {
+int TInputStack::GetCharacterSlow(char& c) {
   m_cLast = 0;
   if (m_cPushedBack) {
     c = m_cPushedBack;
@@ -85,14 +85,7 @@ int TInputStack::GetCharacter(char& c) {
       DeleteStream();
     }
   }
-  m_cLast = c;
-  if (m_bCollecting) m_Token += c;
-  ++m_nCharacterCount;
-  if (c == '\n') {
-    ++m_nLineCount;
-    UpdateProgress();
-  }
-  if (Head() && Head()->GetExpectedLength() < 0) ++m_nCharacterTotal;
+  Deliver(c);
   return 1;
 }
 

@@ -14,7 +14,20 @@ class TInputStream : public CObject {
  public:
   ~TInputStream() override;
   // 1 with the next byte, 0 at the end. Carriage returns are dropped whole.
-  int GetCharacter(char& c);
+  // The common case (a plain byte in the buffer) stays inline: this is the
+  // innermost loop of every parse.
+  int GetCharacter(char& c) {
+    if (m_nReadIndex < m_nBytesInBuffer) [[likely]] {
+      char next = m_pBuffer[m_nReadIndex];
+      if (next != '\r' && next != '\0') [[likely]] {
+        ++m_nReadIndex;
+        c = next;
+        Count(next);
+        return 1;
+      }
+    }
+    return GetCharacterSlow(c);
+  }
   void SetSourceName(const char* name) { m_SourceName = name ? name : ""; }
   const char* GetSourceName() const { return m_SourceName; }
   int GetExpectedLength() const { return m_nExpectedLength; }
@@ -25,6 +38,12 @@ class TInputStream : public CObject {
   explicit TInputStream(const char* name) : m_SourceName(name) {}
   // Refills the buffer; a byte count of 0 afterwards is the end of the stream.
   virtual void GetBuffer() = 0;
+  [[gnu::noinline]] int GetCharacterSlow(char& c);
+  void Count(char c) {
+    ++m_nCharactersRead;
+    m_nLineNumber += c == '\n';
+    if (m_nCharactersRead == m_nExpectedLength) m_nExpectedLength = -1;
+  }
 
   CString m_SourceName;
   int m_nExpectedLength = -1;  // -1 when unknown or reached
@@ -76,7 +95,13 @@ class TInputStack : public CObject {
 
   // 1 with the next character, 0 at the end of all input (the last character
   // is then 0, which callers use to see the end).
-  int GetCharacter(char& c);
+  int GetCharacter(char& c) {
+    if (!m_cPushedBack && m_pHead && m_pHead->GetCharacter(c)) [[likely]] {
+      Deliver(c);
+      return 1;
+    }
+    return GetCharacterSlow(c);
+  }
   // Gives back the last character; one slot only.
   void PutBackCharacter();
   // Reads one character and keeps it only if it is c.
@@ -104,10 +129,22 @@ class TInputStack : public CObject {
   void UpdateProgress() {}
 
  private:
-  TInputStream* Head() const { return m_Streams.empty() ? nullptr : m_Streams.back().get(); }
+  TInputStream* Head() const { return m_pHead; }
+  [[gnu::noinline]] int GetCharacterSlow(char& c);
+  void Deliver(char c) {
+    m_cLast = c;
+    if (m_bCollecting) m_Token += c;
+    ++m_nCharacterCount;
+    if (c == '\n') {
+      ++m_nLineCount;
+      UpdateProgress();
+    }
+    m_nCharacterTotal += m_pHead && m_pHead->GetExpectedLength() < 0;
+  }
 
   CString m_FallbackName;
   std::vector<std::unique_ptr<TInputStream>> m_Streams;  // back() is read first
+  TInputStream* m_pHead = nullptr;                        // m_Streams.back(), cached
   char m_cLast = 0;
   char m_cPushedBack = 0;
   int m_nCharacterTotal = 0;
