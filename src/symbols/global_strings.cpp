@@ -142,8 +142,9 @@ void PutTexParserProperty(const char* name, TTexParserFunction function) {
 }
 
 void PutDrawProperties(const char* name, TFmtHandlerFunction extentFunction, TFmtHandlerFunction drawFunction) {
-  const char* canonical = TStringPool::g_pGlobal->Put(name, TGlobalString::g_pEXTENT, new TFunctionProperty(extentFunction));
-  TStringPool::g_pGlobal->Put(canonical, TGlobalString::g_pDRAW, new TFunctionProperty(drawFunction));
+  TStringPool& pool = *TStringPool::g_pGlobal;
+  const char* canonical = pool.Put(name, TGlobalString::g_pEXTENT, new TFunctionProperty(extentFunction));
+  pool.Put(canonical, TGlobalString::g_pDRAW, new TFunctionProperty(drawFunction));
 }
 
 void PutColorProperty(const char* name, const CColorRef& color) {

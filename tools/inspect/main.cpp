@@ -7,10 +7,12 @@
 #include "verbs.h"
 
 // Verbs are declared here and defined in verb_<name>.cpp.
+int InspectVerb_props(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
     // name        usage                       function
+    {"props", "NAME", InspectVerb_props},
     {nullptr, nullptr, nullptr},
 };
 
