@@ -23,6 +23,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import time
 
 from fontTools.fontBuilder import FontBuilder
 from fontTools.pens.boundsPen import BoundsPen
@@ -354,6 +355,15 @@ def input_hash(paths):
     return digest.hexdigest()[:24]
 
 
+def prune_cache(cache, keep, max_age_days=30):
+    """Removes sets (and abandoned work directories) nobody used for a while."""
+    limit = time.time() - max_age_days * 86400
+    for entry in os.listdir(cache):
+        path = os.path.join(cache, entry)
+        if path != keep and os.path.isdir(path) and os.path.getmtime(path) < limit:
+            shutil.rmtree(path, ignore_errors=True)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--table")
@@ -377,6 +387,7 @@ def main():
     cached = os.path.join(args.cache, input_hash(inputs)) if args.cache else None
     if cached and all(os.path.exists(os.path.join(cached, n)) for n in OUTPUTS):
         print("build_fonts: using cached fonts in " + cached)
+        os.utime(cached)  # keeps it from being pruned
     else:
         os.makedirs(args.cache or args.out, exist_ok=True)
         work = tempfile.mkdtemp(prefix="build-", dir=args.cache or args.out)
@@ -388,6 +399,7 @@ def main():
                     os.rename(work, cached)
                 except OSError:
                     shutil.rmtree(work)  # another build got there first
+                prune_cache(args.cache, keep=cached)
             else:
                 cached = work
         except BaseException:
