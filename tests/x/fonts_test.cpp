@@ -7,12 +7,13 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
-#include <cmath>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "symbols/font_tag.h"
+#include "symbols/global_strings.h"
 
 namespace {
 // Font names of the resources 80000 to 80010.
@@ -156,32 +157,21 @@ TEST_F(XFonts, TextFacesHoldLatin1AndTheTexQuotes) {
 }
 
 TEST_F(XFonts, EverySymbolOfTheTableHasWidthAndInkInTheFontOfItsTag) {
-  std::ifstream table(ZEPHRIN_SOURCE_DIR "/src/symbols/symbol_table.tsv");
-  ASSERT_TRUE(table.good());
-  XFontStruct* byTag[9] = {};
-  byTag[0] = Load(FaceName("zrcmr"));  // the current family is a text face
-  byTag[6] = Load(FaceName("zrsya"));
-  byTag[7] = Load(FaceName("zrsyb"));
-  byTag[8] = Load(FaceName("zrsyc"));
-  for (int tag : {0, 6, 7, 8}) ASSERT_NE(byTag[tag], nullptr) << "tag " << tag;
-
+  XFontStruct* byTag[fg_nFontTagCount] = {};
+  byTag[k_FontTagCurrent] = Load(FaceName("zrcmr"));  // the current family is a text face
+  byTag[k_FontTagMathExtension1] = Load(FaceName("zrsya"));
+  byTag[k_FontTagMathExtension2] = Load(FaceName("zrsyb"));
+  byTag[k_FontTagMathExtension3] = Load(FaceName("zrsyc"));
   int withGlyph = 0;
-  std::string line;
-  while (std::getline(table, line)) {
-    if (line.empty() || line[0] == '#') continue;
-    std::stringstream fields(line);
-    std::string name;
-    int greek = 0, tag = -1, code = -1;
-    std::getline(fields, name, '\t');
-    fields >> greek >> tag >> code;
-    ASSERT_TRUE(fields) << line;
-    if (code == 0) continue;
+  for (const TSymbolFontRow& row : TGlobalString::SymbolFontTable()) {
+    if (row.code == 0) continue;
     ++withGlyph;
-    ASSERT_TRUE(tag == 0 || (tag >= 6 && tag <= 8)) << line;
-    char c = static_cast<char>(code);
-    EXPECT_GT(XTextWidth(byTag[tag], &c, 1), 0) << name << " (tag " << tag << ", code " << code << ")";
-    EXPECT_GT(InkOf(byTag[tag], static_cast<unsigned char>(code)), 0)
-        << name << " (tag " << tag << ", code " << code << ")";
+    XFontStruct* font = byTag[row.tag];
+    ASSERT_NE(font, nullptr) << row.name << ": no font for tag " << row.tag;
+    char c = static_cast<char>(row.code);
+    EXPECT_GT(XTextWidth(font, &c, 1), 0) << row.name << " (tag " << row.tag << ", code " << row.code << ")";
+    EXPECT_GT(InkOf(font, static_cast<unsigned char>(row.code)), 0)
+        << row.name << " (tag " << row.tag << ", code " << row.code << ")";
   }
   EXPECT_EQ(withGlyph, 483);
 }
