@@ -185,7 +185,7 @@ def bounds(glyphset, name, transform=(1, 0, 0, 1, 0, 0)):
 
 def draw_expression(expression, chain, sources, ttpen):
     """Draws a glyph expression into a TrueType pen; returns the advance."""
-    placed = []  # (glyphset, name, transform) with the terms' own scaling
+    placed = []  # (glyphset, name, transform, advance) of each term
     for text in expression.split("&"):
         source, ref, p = parse_term(text)
         found = sources.find(source, ref, chain)
@@ -193,11 +193,12 @@ def draw_expression(expression, chain, sources, ttpen):
             return None
         glyphset, name = found
         width = glyphset[name].width
-        # Scale about the middle of the advance and the height cy.
-        cx = width / 2.0
+        # Scale about the height cy and keep the glyph in the middle of its
+        # scaled advance (a mirrored glyph keeps its side bearings swapped).
+        advance = abs(p["sx"]) * width
         transform = (p["sx"], 0, 0, p["sy"],
-                     cx - p["sx"] * cx + p["dx"], p["cy"] - p["sy"] * p["cy"] + p["dy"])
-        placed.append((glyphset, name, transform, abs(p["sx"]) * width))
+                     (advance - p["sx"] * width) / 2.0 + p["dx"], p["cy"] - p["sy"] * p["cy"] + p["dy"])
+        placed.append((glyphset, name, transform, advance))
     advance = placed[0][3]
     base = bounds(*placed[0][:3]) if len(placed) > 1 else None
     for index, (glyphset, name, transform, _width) in enumerate(placed):
