@@ -7,11 +7,13 @@
 #include "verbs.h"
 
 // Verbs are declared here and defined in verb_<name>.cpp.
+int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
     // name        usage                       function
+    {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"props", "NAME", InspectVerb_props},
     {nullptr, nullptr, nullptr},
 };
