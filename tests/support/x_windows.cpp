@@ -10,20 +10,17 @@ namespace ztest {
 namespace {
 int IgnoreErrors(Display*, XErrorEvent*) { return 0; }
 
-Window Search(Display* display, Window window, const std::string& title) {
+void Search(Display* display, Window window, const std::string& title, std::vector<Window>* found) {
   char* name = nullptr;
   if (XFetchName(display, window, &name) && name) {
-    bool match = title == name;
+    if (title == name) found->push_back(window);
     XFree(name);
-    if (match) return window;
   }
   Window root, parent, *children = nullptr;
   unsigned count = 0;
-  if (!XQueryTree(display, window, &root, &parent, &children, &count)) return 0;
-  Window found = 0;
-  for (unsigned i = 0; i < count && !found; ++i) found = Search(display, children[i], title);
+  if (!XQueryTree(display, window, &root, &parent, &children, &count)) return;
+  for (unsigned i = 0; i < count; ++i) Search(display, children[i], title, found);
   if (children) XFree(children);
-  return found;
 }
 }  // namespace
 
@@ -33,10 +30,20 @@ Window FindWindowByTitle(Display* display, const std::string& title, int timeout
   auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
   Window found = 0;
   for (;;) {
-    found = Search(display, DefaultRootWindow(display), title);
+    std::vector<Window> all = FindWindowsByTitle(display, title);
+    found = all.empty() ? 0 : all.front();
     if (found || std::chrono::steady_clock::now() >= end) break;
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
+  XSync(display, False);
+  XSetErrorHandler(old);
+  return found;
+}
+
+std::vector<Window> FindWindowsByTitle(Display* display, const std::string& title) {
+  auto old = XSetErrorHandler(IgnoreErrors);
+  std::vector<Window> found;
+  Search(display, DefaultRootWindow(display), title, &found);
   XSync(display, False);
   XSetErrorHandler(old);
   return found;
