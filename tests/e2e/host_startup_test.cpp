@@ -94,7 +94,7 @@ class HostStartup : public ::testing::Test {
 }  // namespace
 
 TEST_F(HostStartup, ReportIsThirtySixBytesAndItsAddressAcceptsAConnection) {
-  if (!RealFontsStaged()) GTEST_SKIP() << "the font build has not staged its fonts";
+  ASSERT_TRUE(RealFontsStaged()) << "the font build stages its fonts in the installation tree";
   StartWith(Fonts::Real, "");
   ztest::HostReport report = Report();
   EXPECT_EQ(report.type, 100u);
@@ -207,7 +207,7 @@ TEST_F(HostStartup, InstallationDirectoryServesPicturesAndFontsButNotTheRegistry
 }
 
 TEST_F(HostStartup, FontsAlreadyOnThePathLeaveThePathUntouched) {
-  if (!RealFontsStaged()) GTEST_SKIP() << "the font build has not staged its fonts";
+  ASSERT_TRUE(RealFontsStaged()) << "the font build stages its fonts in the installation tree";
   std::string install = MakeInstall(Fonts::Real);
   Display_ x;
   ASSERT_NE(x.display, nullptr);

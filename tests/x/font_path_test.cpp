@@ -148,8 +148,8 @@ TEST_F(FontPath, LoadFontsWithAnAcceptedDirectoryIsGoodAndAddsIt) {
 
 TEST_F(FontPath, TheTeamsFontsLoadOnceTheirDirectoryIsOnThePath) {
   const char* staged = std::getenv("ZEPHRIN_HOME");
-  if (!staged || !fs::exists(std::string(staged) + "/Fonts/fonts.dir"))
-    GTEST_SKIP() << "the font build has not staged its fonts";
+  ASSERT_TRUE(staged && fs::exists(std::string(staged) + "/Fonts/fonts.dir"))
+      << "the font build stages its fonts in the installation tree";
   server.SetEnv(getpid(), 1);
   resource->SetResources(&server, nullptr);
   EXPECT_EQ(server.CheckFontAvailability(), 0);
