@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include "framework/wnd.h"
 #include "host/resource.h"
 #include "host/zr_server.h"
 
@@ -93,4 +94,31 @@ TEST_F(NamedColors, FullPseudoColorMapFallsBackOnTheNearestCell) {
   EXPECT_EQ(PixelOf(70002), 0u);   // dark green (0, 64, 0): median 0
   EXPECT_EQ(PixelOf(70018), 203u); // pink (255, 192, 203): median 203
   XFreeColormap(display, full);
+}
+
+TEST_F(NamedColors, AllocateThroughAWindowWorksOnce) {
+  resource->SetColors();
+  CWnd window;
+  window.m_pDisplay = display;
+  window.m_nScreen = screen;
+  CColorRef color(255, 0, 0);
+  color.Allocate(&window, 1);
+  EXPECT_EQ(color.m_bAllocated, 1);
+  XColor shown{};
+  shown.pixel = color.Pixel();
+  XQueryColor(display, colormap, &shown);
+  EXPECT_EQ(shown.red, 0xffff);
+  EXPECT_EQ(shown.blue, 0);
+  // The second call changes nothing, even for another colour.
+  unsigned long first = color.Pixel();
+  color.m_Placed.red = 0;
+  color.m_Placed.blue = 0xffff;
+  color.Allocate(&window, 1);
+  EXPECT_EQ(color.Pixel(), first);
+  // Without a window the colour asked for gets pixel 0.
+  CColorRef none(1, 2, 3);
+  none.m_Asked.pixel = 77;
+  none.Allocate(static_cast<CWnd*>(nullptr), 1);
+  EXPECT_EQ(none.m_Asked.pixel, 0u);
+  EXPECT_EQ(none.m_bAllocated, 1);
 }

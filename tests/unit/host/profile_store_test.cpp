@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/profile_keys.h"
 #include "framework/win_app.h"
 #include "host/np_zephrin_app.h"
 #include "host/resource.h"
@@ -166,4 +167,41 @@ TEST_F(ProfileStore, StoreAndPicturePathsFollowHomeAndInstallation) {
   text.LoadString(12345);
   EXPECT_EQ(text, "NO STRING");
   unsetenv("ZEPHRIN_HOME");
+}
+
+// Every key of the store keeps its own value: write a distinct value under
+// each, then read all of them back from a fresh store.
+TEST_F(ProfileStore, EveryKeyRoundTripsWithoutDisturbingAnother) {
+  ASSERT_TRUE(ztest::WriteFile(path, ""));
+  {
+    CWinApp app;
+    ASSERT_EQ(app.InitializeRegistry(path.c_str()), 1);
+    app.SetRegistryKey("Corvane");
+    for (int i = 0; i < fg_nProfileKeys; ++i) {
+      const TProfileKey& key = fg_ProfileKeys[i];
+      if (key.kind == KProfileKind::k_String || key.kind == KProfileKind::k_List)
+        app.WriteProfileString(key.section, key.entry, ("text " + std::to_string(i)).c_str());
+      else if (key.kind == KProfileKind::k_Color)
+        app.WriteProfileString(key.section, key.entry, (std::to_string(i) + " 1 2").c_str());
+      else
+        app.WriteProfileInt(key.section, key.entry, 1000 + i);
+    }
+    // The older spellings of the colour states are keys of their own.
+    app.WriteProfileString("Colors", (std::string(fg_ColorStateNames[2]) + "Background").c_str(), "9 9 9");
+  }
+  CWinApp app;
+  ASSERT_EQ(app.InitializeRegistry(path.c_str()), 1);
+  app.SetRegistryKey("Corvane");
+  for (int i = 0; i < fg_nProfileKeys; ++i) {
+    const TProfileKey& key = fg_ProfileKeys[i];
+    SCOPED_TRACE(std::string(key.section) + "." + key.entry);
+    if (key.kind == KProfileKind::k_String || key.kind == KProfileKind::k_List)
+      EXPECT_EQ(app.GetProfileString(key.section, key.entry, nullptr), "text " + std::to_string(i));
+    else if (key.kind == KProfileKind::k_Color)
+      EXPECT_EQ(app.GetProfileString(key.section, key.entry, nullptr), std::to_string(i) + " 1 2");
+    else
+      EXPECT_EQ(app.GetProfileInt(key.section, key.entry, -1), 1000 + i);
+  }
+  EXPECT_EQ(app.GetProfileString("Colors", "StandardMathBackground", nullptr), "9 9 9");
+  EXPECT_EQ(app.GetProfileString("Colors", "BackgroundColor2", nullptr), "24 1 2");
 }
