@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "errors/parse_errors.h"
+#include "framework/modal_loop.h"
 #include "framework/util.h"
 #include "host/np_zephrin_app.h"
 #include "host/resource.h"
@@ -18,6 +20,12 @@
 #include "media/jpeg_image.h"
 
 void ShutDown() { std::exit(0); }
+
+namespace {
+// Modal dialogs stop the tick around their own event loops.
+void StopTimer() { Resource::GetResourceObject()->StopAppTimer(); }
+void StartTimer() { Resource::GetResourceObject()->StartAppTimer(); }
+}  // namespace
 
 int ZephrinMain(int argc, char** argv) {
   if (argc != 4) {
@@ -66,6 +74,8 @@ int ZephrinMain(int argc, char** argv) {
   XtRealizeWidget(shell);
   ZephrinStat* stat = ZephrinStat::GetZephrinStatObject();
   stat->Initialize(shell, ShutDown);
+  TModalLoopGuard::SetTimerActions(StopTimer, StartTimer);
+  CZrError::Set_DialogParent(shell);  // the hidden splash shell parents every dialog
 
   // Drawn once; the splash is not redrawn on exposure.
   static JPEGImage* splash = new JPEGImage(shell, gc, display, visual, screen, depth, 255, &colormap, 0, 255);
