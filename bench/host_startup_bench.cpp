@@ -21,7 +21,7 @@ using Clock = std::chrono::steady_clock;
 
 std::string Home() {
   static std::string home = [] {
-    fs::path dir = ztest::MakeTempDir("bench-home");
+    fs::path dir = ztest::ScratchDir("bench-home");
     fs::create_directories(dir / ".zephrin" / "Cache");
     ztest::WriteFile((dir / ".zephrin" / "Cache" / "registry").string(), "");
     return dir.string();

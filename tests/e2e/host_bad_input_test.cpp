@@ -21,7 +21,7 @@ fs::path StagedInstall() {
 
 // An installation with an accepted, empty font directory: the host starts.
 std::string MakeInstall() {
-  fs::path dir = ztest::MakeTempDir("install");
+  fs::path dir = ztest::ScratchDir("install");
   fs::copy(StagedInstall() / "Resources", dir / "Resources", fs::copy_options::recursive);
   fs::create_directories(dir / "Fonts");
   ztest::WriteFile((dir / "Fonts" / "fonts.dir").string(), "0\n");
@@ -29,7 +29,7 @@ std::string MakeInstall() {
 }
 
 std::string MakeHomeWithRegistry(const std::string& bytes) {
-  fs::path dir = ztest::MakeTempDir("home");
+  fs::path dir = ztest::ScratchDir("home");
   fs::create_directories(dir / ".zephrin" / "Cache");
   ztest::WriteFile((dir / ".zephrin" / "Cache" / "registry").string(), bytes);
   return dir.string();
@@ -62,7 +62,7 @@ TEST(HostBadInput, RegistryOfGarbageOrBinaryBytesStillOpensAsAStore) {
 
 TEST(HostBadInput, UnreadableRegistryIsAFailedStart) {
   // A directory where the file should be cannot be read, even by root.
-  fs::path home = ztest::MakeTempDir("home");
+  fs::path home = ztest::ScratchDir("home");
   fs::create_directories(home / ".zephrin" / "Cache" / "registry");
   ztest::HostShim shim;
   shim.SetEnv("ZEPHRIN_HOME", MakeInstall());

@@ -35,13 +35,13 @@ double MeanBrightness(Display* display, Window window, int x0, int y0, int width
 }  // namespace
 
 TEST(HostSplashPseudoColor, SplashShowsThePictureCentredUntilItIsUnmapped) {
-  fs::path install = ztest::MakeTempDir("install");
+  fs::path install = ztest::ScratchDir("install");
   const char* staged = std::getenv("ZEPHRIN_HOME");
   ASSERT_NE(staged, nullptr);
   fs::copy(fs::path(staged) / "Resources", install / "Resources", fs::copy_options::recursive);
   fs::create_directories(install / "Fonts");
   ztest::WriteFile((install / "Fonts" / "fonts.dir").string(), "0\n");
-  fs::path home = ztest::MakeTempDir("home");
+  fs::path home = ztest::ScratchDir("home");
   fs::create_directories(home / ".zephrin" / "Cache");
   ztest::WriteFile((home / ".zephrin" / "Cache" / "registry").string(), "");
 

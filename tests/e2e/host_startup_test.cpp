@@ -37,7 +37,7 @@ bool RealFontsStaged() { return fs::exists(StagedInstall() / "Fonts" / "fonts.di
 
 // An installation directory of the given kind, in a fresh temporary folder.
 std::string MakeInstall(Fonts fonts) {
-  fs::path dir = ztest::MakeTempDir("install");
+  fs::path dir = ztest::ScratchDir("install");
   fs::copy(StagedInstall() / "Resources", dir / "Resources", fs::copy_options::recursive);
   if (fonts == Fonts::Real) fs::copy(StagedInstall() / "Fonts", dir / "Fonts", fs::copy_options::recursive);
   if (fonts == Fonts::AcceptedButEmpty) {
@@ -50,7 +50,7 @@ std::string MakeInstall(Fonts fonts) {
 
 // A home directory, with the profile store when `registry` is given.
 std::string MakeHome(const char* registry) {
-  fs::path dir = ztest::MakeTempDir("home");
+  fs::path dir = ztest::ScratchDir("home");
   if (registry) {
     fs::create_directories(dir / ".zephrin" / "Cache");
     ztest::WriteFile((dir / ".zephrin" / "Cache" / "registry").string(), registry);

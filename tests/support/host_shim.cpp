@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -26,11 +27,28 @@ int StatusCode(int status) {
   return -1;
 }
 
+struct TScratch {
+  std::vector<std::string> dirs;
+  ~TScratch() {
+    for (const std::string& dir : dirs) {
+      std::error_code ignored;
+      std::filesystem::remove_all(dir, ignored);
+    }
+  }
+};
+
 std::string Substitute(std::string text, const std::string& key, const std::string& value) {
   for (size_t at; (at = text.find(key)) != std::string::npos;) text.replace(at, key.size(), value);
   return text;
 }
 }  // namespace
+
+std::string ScratchDir(const std::string& tag) {
+  static TScratch scratch;
+  std::string dir = MakeTempDir(tag);
+  if (!dir.empty()) scratch.dirs.push_back(dir);
+  return dir;
+}
 
 HostShim::HostShim() {
   prctl(PR_SET_CHILD_SUBREAPER, 1);
@@ -55,7 +73,8 @@ HostShim::~HostShim() {
     waitpid(m_ShimPid, nullptr, 0);
   }
   if (m_nListen >= 0) close(m_nListen);
-  if (!m_Dir.empty()) std::system(("rm -rf '" + m_Dir + "'").c_str());
+  std::error_code ignored;
+  if (!m_Dir.empty()) std::filesystem::remove_all(m_Dir, ignored);
 }
 
 bool HostShim::Start(const std::vector<std::string>& args, const std::string& program) {

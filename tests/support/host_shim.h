@@ -26,6 +26,10 @@ struct HostReport {
 };
 static_assert(sizeof(HostReport) == 36);
 
+// A fresh directory under the system's temporary one, removed when the test
+// program ends (the shim's child processes leave with _exit and never do).
+std::string ScratchDir(const std::string& tag);
+
 class HostShim {
  public:
   HostShim();
