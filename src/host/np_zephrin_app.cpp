@@ -1,0 +1,51 @@
+#include "host/np_zephrin_app.h"
+
+#include "host/resource.h"
+
+namespace {
+CNpZephrinApp theApp;
+}
+
+CNpZephrinApp* CNpZephrinApp::GetPlugInDllObject() { return &theApp; }
+CNpZephrinApp* AfxGetApp() { return &theApp; }
+
+int CNpZephrinApp::InitInstance() {
+  m_pszAppName = kAppName;
+  // TFmtContext_XWin::InitializeResources();   the drawing device's colours and fonts
+  // TFmtImageNode_PI::InitializeResources();   the missing-image picture
+  UpdateFromRegistry();
+  // TStringPool::InitializeGlobal();           the global string pool
+  // TGlobalString::Initialize();               the canonical names g_p...
+  // TFmtNode::InitializeTexParser();           every node class enters its control sequences
+  // TMacroProperty::Initialize();              the built-in macros
+  // TFmtNode::InitializeDrawProperties();      the _EXTENT and _DRAW handlers
+  // TGlobalString::InitializeSymbolFonts();    the symbol font table
+  Resource::GetResourceObject()->SetPropertyPages();
+  return 1;
+}
+
+int CNpZephrinApp::ExitInstance() {
+  UpdateToRegistry();
+  ShutDownRegistry();
+  // TFontFamily::DestroyAllFonts(); TFmtDocumentNode::DeleteTemporaryDocuments();
+  // TFmtDocumentNode::DeleteDocumentStorage(); TFmtImageNode_PI::FreeResources();
+  // TFmtContext_XWin::FreeResources(); TStringPool::FreeGlobal(); then the current
+  // URL, the document list and the map of local names are cleared.
+  m_pszAppName.Empty();
+  return 0;
+}
+
+void CNpZephrinApp::UpdateFromRegistry() {
+  // TFmtContext_XWin::ReadRegistryValues();        fonts, sizes, colours, flags
+  // TFontFamily::ReadRegistryValues() has nothing to read.
+  // TFmtDocumentNode::ReadRegistryValues();        SaveTemporaryDocuments
+  // TFmtApplicationLinkNode::ReadRegistryValues(); ExecutionPermission
+  // CZrError::ReadRegistryValues();                ReportParseErrors
+  Resource::GetResourceObject()->ReadRegistryValues();
+}
+
+void CNpZephrinApp::UpdateToRegistry() {
+  // The same owners' SaveRegistryValues in the same order; CZrError clears
+  // its parse errors first.
+  Resource::GetResourceObject()->SaveRegistryValues();
+}
