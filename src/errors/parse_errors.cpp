@@ -4,6 +4,7 @@
 
 #include "errors/parse_error_dialogs.h"
 #include "framework/util.h"
+#include "host/np_zephrin_app.h"
 
 int CZrError::fg_nReportParseErrors = kReportNone;
 CObList CZrError::fg_Errors;
@@ -68,4 +69,13 @@ void CZrError::ClearParseErrors() {
   }
   TRACE("Deleted %d saved messages\n", count);
   (void)count;
+}
+
+void CZrError::ReadRegistryValues() {
+  fg_nReportParseErrors = AfxGetApp()->GetProfileInt("Settings", "ReportParseErrors", kReportNone);
+}
+
+void CZrError::SaveRegistryValues() {
+  ClearParseErrors();
+  AfxGetApp()->WriteProfileInt("Settings", "ReportParseErrors", fg_nReportParseErrors);
 }

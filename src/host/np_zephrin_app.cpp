@@ -1,6 +1,9 @@
 #include "host/np_zephrin_app.h"
 
+#include "errors/parse_errors.h"
 #include "host/resource.h"
+#include "symbols/global_strings.h"
+#include "symbols/string_pool.h"
 
 namespace {
 CNpZephrinApp theApp;
@@ -14,12 +17,12 @@ int CNpZephrinApp::InitInstance() {
   // TFmtContext_XWin::InitializeResources();   the drawing device's colours and fonts
   // TFmtImageNode_PI::InitializeResources();   the missing-image picture
   UpdateFromRegistry();
-  // TStringPool::InitializeGlobal();           the global string pool
-  // TGlobalString::Initialize();               the canonical names g_p...
+  TStringPool::InitializeGlobal();
+  TGlobalString::Initialize();
   // TFmtNode::InitializeTexParser();           every node class enters its control sequences
   // TMacroProperty::Initialize();              the built-in macros
   // TFmtNode::InitializeDrawProperties();      the _EXTENT and _DRAW handlers
-  // TGlobalString::InitializeSymbolFonts();    the symbol font table
+  TGlobalString::InitializeSymbolFonts();
   Resource::GetResourceObject()->SetPropertyPages();
   return 1;
 }
@@ -40,12 +43,13 @@ void CNpZephrinApp::UpdateFromRegistry() {
   // TFontFamily::ReadRegistryValues() has nothing to read.
   // TFmtDocumentNode::ReadRegistryValues();        SaveTemporaryDocuments
   // TFmtApplicationLinkNode::ReadRegistryValues(); ExecutionPermission
-  // CZrError::ReadRegistryValues();                ReportParseErrors
+  CZrError::ReadRegistryValues();
   Resource::GetResourceObject()->ReadRegistryValues();
 }
 
 void CNpZephrinApp::UpdateToRegistry() {
   // The same owners' SaveRegistryValues in the same order; CZrError clears
   // its parse errors first.
+  CZrError::SaveRegistryValues();
   Resource::GetResourceObject()->SaveRegistryValues();
 }

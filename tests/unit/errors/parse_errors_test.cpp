@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "host/np_zephrin_app.h"
+#include "support/paths.h"
+
 namespace {
 class ParseErrorsTest : public testing::Test {
  protected:
@@ -66,4 +71,26 @@ TEST_F(ParseErrorsTest, AnEmptyResourceTextReadsMissingErrorMessage) {
   ASSERT_EQ(CZrError::Get_SavedErrors().GetCount(), 1);
   EXPECT_EQ(Saved(0).m_Message, "Missing error message");
   EXPECT_EQ(Saved(0).m_Language, "OpenMath");
+}
+
+TEST_F(ParseErrorsTest, TheModeIsKeptInTheProfileStore) {
+  std::string path = ztest::MakeTempDir("registry") + "/registry";
+  ASSERT_TRUE(ztest::WriteFile(path, ""));
+  CNpZephrinApp* app = AfxGetApp();
+  ASSERT_EQ(app->InitializeRegistry(path.c_str()), 1);
+  app->SetRegistryKey("Corvane");
+  CZrError::ReadRegistryValues();
+  EXPECT_EQ(CZrError::Get_ReportParseErrors(), kReportNone);  // the default
+
+  CZrError::Set_ReportParseErrors(kReportAtEnd);
+  CZrError::TexParseError("pending", 1, "a.tex");
+  CZrError::SaveRegistryValues();  // clears the saved errors first
+  EXPECT_TRUE(CZrError::Get_SavedErrors().IsEmpty());
+  CZrError::Set_ReportParseErrors(kReportNone);
+  app->ShutDownRegistry();
+
+  ASSERT_EQ(app->InitializeRegistry(path.c_str()), 1);
+  CZrError::ReadRegistryValues();
+  EXPECT_EQ(CZrError::Get_ReportParseErrors(), kReportAtEnd);
+  app->ShutDownRegistry();
 }
