@@ -91,6 +91,21 @@ class TFmtContext_XWin : public TFmtContext {
   static void Set_RmBldFontName(const char* name) { Assign(fg_pRmBldFontName, name); }
   static void Set_RmItFontName(const char* name) { Assign(fg_pRmItFontName, name); }
   static void Set_MathExtFontName(int i, const char* name);
+  static const CString* Get_MathExt0FontName() { return fg_pMathExt0FontName; }
+  static const CString* Get_MathExt1FontName() { return fg_pMathExt1FontName; }
+  static const CString* Get_MathExt2FontName() { return fg_pMathExt2FontName; }
+  static const CString* Get_MathExt3FontName() { return fg_pMathExt3FontName; }
+  static const CString* Get_MathExt4FontName() { return fg_pMathExt4FontName; }
+  static void Set_MathExt0FontName(const char* name) { Assign(fg_pMathExt0FontName, name); }
+  static void Set_MathExt1FontName(const char* name) { Assign(fg_pMathExt1FontName, name); }
+  static void Set_MathExt2FontName(const char* name) { Assign(fg_pMathExt2FontName, name); }
+  static void Set_MathExt3FontName(const char* name) { Assign(fg_pMathExt3FontName, name); }
+  static void Set_MathExt4FontName(const char* name) { Assign(fg_pMathExt4FontName, name); }
+  static void Set_MathExt0FontName(const CString& name) { Set_MathExt0FontName(name.c_str()); }
+  static void Set_MathExt1FontName(const CString& name) { Set_MathExt1FontName(name.c_str()); }
+  static void Set_MathExt2FontName(const CString& name) { Set_MathExt2FontName(name.c_str()); }
+  static void Set_MathExt3FontName(const CString& name) { Set_MathExt3FontName(name.c_str()); }
+  static void Set_MathExt4FontName(const CString& name) { Set_MathExt4FontName(name.c_str()); }
   static void Set_MathItFontName(const CString& name) { Set_MathItFontName(name.c_str()); }
   static void Set_RmBldFontName(const CString& name) { Set_RmBldFontName(name.c_str()); }
   static void Set_RmItFontName(const CString& name) { Set_RmItFontName(name.c_str()); }

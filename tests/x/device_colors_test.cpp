@@ -279,3 +279,30 @@ TEST_F(DeviceColors, TopWindowIsTheOneBelowTheRoot) {
   EXPECT_EQ(window.GetTopWindow(drawWindow), drawWindow);
   XDestroyWindow(display, child);
 }
+
+TEST_F(DeviceColors, PageColourBecomesTheWindowsBackground) {
+  context.SetPageColor(CColorRef(0, 128, 0));
+  XClearWindow(display, drawWindow);
+  TInkMap ink = Ink();
+  ASSERT_EQ(ink.size(), 1u);
+  EXPECT_EQ(ink[Rgb(0, 128, 0)].count, kWidth * kHeight);
+}
+
+TEST_F(DeviceColors, OnTrueColorThePixelItselfGivesTheComponents) {
+  Visual* visual = DefaultVisual(display, DefaultScreen(display));
+  if (visual->c_class != TrueColor) GTEST_SKIP() << "a true-colour screen";
+  // Whatever the start-up table holds for a small pixel value, the visual
+  // decides: pixel 200 is blue 200 on a 24-bit screen.
+  TColorValue bogus;
+  bogus.pixel = 200;
+  bogus.red = 0xffff;
+  Resource::GetResourceObject()->SetColorInMaps(bogus);
+  TColorValue asked;
+  asked.pixel = 200;
+  Resource::GetResourceObject()->GetColorInColormap(&asked);
+  EXPECT_EQ(asked.red, 0);
+  EXPECT_EQ(asked.blue, 200 * 257);
+  XSetForeground(display, gc, 200);
+  CColorRef shown = context.GetTextColor();
+  EXPECT_EQ(std::make_tuple(shown.Red(), shown.Green(), shown.Blue()), Rgb(0, 0, 200));
+}

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "device/context_xwin.h"
+#include "device/font_family.h"
 #include "framework/gdi_objects.h"
 #include "framework/wnd.h"
 #include "host/resource.h"
@@ -24,6 +25,27 @@ const char* const kRoman = "-corvane-zrcmr-medium-r-normal--*-240-100-100-p-*-is
 const char* const kItalic = "-corvane-zrcmti-medium-i-normal--*-240-100-100-p-*-iso8859-1";
 
 int g_nWizardsClosed = 0;
+
+// A font of the installation behind the extended-font interface: only its
+// selection matters to the device.
+class TLoadedFont : public TExtendedFont {
+ public:
+  TLoadedFont(CWnd* window, const char* name) { m_Font.CreateFont(window, name); }
+  int Ascent(TFmtContext&) override { return 0; }
+  int CharacterDepth(int, TFmtContext&) override { return 0; }
+  int CharacterHeight(int, TFmtContext&) override { return 0; }
+  int CharacterVerticalThickness(int, TFmtContext&) override { return 0; }
+  int CharacterWidth(int, TFmtContext&) override { return 0; }
+  TExtendedFont_PI* CreateFontForCharacter(int, int, int, TFmtContext&, int) override { return nullptr; }
+  int Descent(TFmtContext&) override { return 0; }
+  int ExternalLeading(TFmtContext&) override { return 0; }
+  int Height(TFmtContext&) override { return 0; }
+  TExtendedFont_PI* Select(TFmtContext& context) override {
+    context.SelectObject(&m_Font);
+    return this;
+  }
+  CFont m_Font;
+};
 
 class DeviceFonts : public ::testing::Test {
  protected:
@@ -131,4 +153,22 @@ TEST_F(DeviceFonts, TwoMissingFontsShowOneWizardAndThrowTwice) {
   EXPECT_EQ(g_nWizardsClosed, 1);
   EXPECT_EQ(stat->GetFontStatus(), ZephrinStat::k_FontNotLoaded);
   EXPECT_NE(stat->GetFontPage().str().find("nosuchface"), std::string::npos);
+}
+
+TEST_F(DeviceFonts, CharacterOutDrawsInTheGivenFontAndPutsTheCurrentOneBack) {
+  TLoadedFont roman(&window, kRoman), italic(&window, kItalic);
+  XMapWindow(display, drawWindow);
+  XSync(display, False);
+  roman.Select(context);
+  TExtendedFont::fg_pCurrent = &roman;
+  context.CharacterOut('M', 100, -100, &italic);
+  EXPECT_EQ(TExtendedFont::fg_pCurrent, &roman);
+  EXPECT_EQ(context.Get_FontMetrics(), roman.m_Font.Get_Extent());
+  XGCValues values{};
+  XGetGCValues(display, gc, GCFont, &values);
+  EXPECT_EQ(values.font, roman.m_Font.Get_Extent()->fid);
+  // Without a font the current one draws and nothing changes.
+  context.CharacterOut('M', 10, -10, nullptr);
+  EXPECT_EQ(TExtendedFont::fg_pCurrent, &roman);
+  TExtendedFont::fg_pCurrent = nullptr;
 }

@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <Xm/DrawingA.h>
+#include <Xm/ScrollBar.h>
 #include <Xm/Xm.h>
 #include <X11/Shell.h>
 
+#include "device/context_xwin.h"
 #include "framework/dialogs.h"
 #include "framework/menu.h"
 #include "framework/wnd.h"
@@ -90,4 +92,21 @@ TEST_F(MenusAndDialogs, MessageBoxRunsOnlyForStyleThree) {
   XtAppAddTimeOut(x->app, 50, Press, &cancel);
   EXPECT_EQ(box.DoModal(), CYesNoMsgBox::kCancel);
   EXPECT_EQ(CXDialog().DoModal(), 12);
+}
+
+TEST_F(MenusAndDialogs, RectVisibleAsksTheVerticalScrollBar) {
+  Widget bar = XtVaCreateManagedWidget("bar", xmScrollBarWidgetClass, area, XmNmaximum, 10000, XmNvalue, 1000,
+                                       XmNsliderSize, 300, nullptr);
+  window.m_VScroll = bar;
+  window.m_nWidth = 400;
+  window.m_nHeight = 300;
+  TFmtContext_XWin context;
+  context.Set_Window(&window);
+  // Device rows 1111..1181 lie in the band 1000..1300; 1389..1458 do not;
+  // 972..1007 reach into it.
+  CRect inside(0, -1600, 10, -1700), below(0, -2000, 10, -2100), across(0, -1400, 10, -1450);
+  EXPECT_TRUE(context.RectVisible(&inside));
+  EXPECT_FALSE(context.RectVisible(&below));
+  EXPECT_TRUE(context.RectVisible(&across));
+  EXPECT_FALSE(context.RectVisible(nullptr));
 }

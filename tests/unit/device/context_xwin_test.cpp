@@ -238,7 +238,7 @@ TEST(DeviceProfileColors, SaveAndReadBackKeepTheHighBytes) {
   EXPECT_EQ(TFmtContext::fg_nMathFontPointSize, 13);
   EXPECT_EQ(TFmtContext::fg_bCenterDisplayMathExpressions, 1);
   ASSERT_NE(TFmtContext_XWin::Get_RmBldFontName(), nullptr);
-  EXPECT_STREQ(*TFmtContext_XWin::Get_MathExtFontName(1), "-corvane-zrsya-medium-r-normal--0-0-0-0-p-0-iso8859-1");
+  EXPECT_STREQ(*TFmtContext_XWin::Get_MathExt1FontName(), "-corvane-zrsya-medium-r-normal--0-0-0-0-p-0-iso8859-1");
 
   // 16-bit components that are not multiples of 257 keep their high byte.
   TFmtContext::fg_MathColor_Relations.m_Asked.red = 0x12ff;
