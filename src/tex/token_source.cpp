@@ -323,21 +323,35 @@ void TTexTokenSource::PopMacroArgs(int n) {
   m_MacroTokens.pop_back();
 }
 
+int TTexTokenSource::FindMacroLevel(const char* macroName) const {
+  if (!macroName) return -1;
+  for (size_t level = m_MacroTokens.size(); level-- > 0;)
+    if (m_MacroTokens[level]->GetControlSequence() == macroName) return static_cast<int>(level);
+  return -1;
+}
+
 void TTexTokenSource::ExpandMacroArg(int number, const char* macroName) {
-  if (number < 1 || number > fg_nMacroArgLists - 1 || !macroName) return;
-  const std::vector<TTexTokenStream*>& list = m_MacroArgs[number - 1];
-  for (size_t level = m_MacroTokens.size(); level-- > 0;) {
-    if (m_MacroTokens[level]->GetControlSequence() == macroName) {
-      if (list[level]) m_pTokens->PutBackStream(list[level]->Copy());
-      return;
-    }
-  }
+  int level = FindMacroLevel(macroName);
+  if (level < 0 || number < 1 || number > fg_nMacroArgLists - 1) return;
+  if (TTexTokenStream* stream = m_MacroArgs[number - 1][static_cast<size_t>(level)])
+    m_pTokens->PutBackStream(stream->Copy());
+}
+
+bool TTexTokenSource::SubstituteMacroArg(TTexToken* token) {
+  TTexMacroArgToken* argument = token->IsTexMacroArg();
+  if (!argument || FindMacroLevel(argument->GetMacroName()) < 0) return false;
+  const int number = argument->GetArgumentNumber();
+  const char* macroName = argument->GetMacroName();
+  SkipStackToken();
+  ExpandMacroArg(number, macroName);
+  return true;
 }
 
 TTexTokenStream* TTexTokenSource::NextTokenStream() {
   EState saved = m_State;
   SetState(kSkipBlanks);
   TTexToken* token = NextStackToken();
+  while (token && SubstituteMacroArg(token)) token = NextStackToken();
   m_State = kFrozen;
   TTexTokenStream* result = nullptr;
   if (!token) {
@@ -353,6 +367,7 @@ TTexTokenStream* TTexTokenSource::NextTokenStream() {
         PutBack(new TTexCharacterToken('}'));
         continue;
       }
+      if (SubstituteMacroArg(inner)) continue;
       if (inner->IsCharacter('{'))
         ++depth;
       else if (inner->IsCharacter('}'))

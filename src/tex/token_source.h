@@ -164,6 +164,15 @@ class TTexTokenSource : public CObject {
   // A character token, or a sequence token of the interned text.
   static TTexToken* MakeTextToken(const char* text, size_t length);
 
+  // The innermost open level of that macro, or -1.
+  int FindMacroLevel(const char* macroName) const;
+  // An argument being captured holds no "#n" of an open macro: it is replaced
+  // by that macro's argument at once, as a body's text is substituted before
+  // it is read. Left for later, the inner use of a macro that passes its own
+  // argument on (\a{#1} in the body of \a) would find only itself. True when
+  // token was such a "#n" (it is then skipped).
+  bool SubstituteMacroArg(TTexToken* token);
+
   // ---- conditionals -----------------------------------------------------------
   void IfCaseElseFi(int k);
   void DefineNewIf(const char* name);

@@ -58,9 +58,16 @@ TEST_F(TokenExpansion, ArgumentsBelongToTheMacroThatNamesThem) {
   DefineMacro("outer", 1, "[\\inner{#1}]");
   DefineMacro("inner", 1, "(#1)");
   EXPECT_EQ(Tokens("\\outer{z}", 1), (Strings{"[", "(", "z", ")", "]"}));
-  // "#1" handed on bare is one argument, not a word to split.
+  // "#1" handed on is replaced before the inner macro reads: a word then gives its first letter.
   DefineMacro("hand", 1, "\\inner#1");
-  EXPECT_EQ(Tokens("\\hand{xy}", 1), (Strings{"(", "xy", ")"}));
+  EXPECT_EQ(Tokens("\\hand{xy}", 1), (Strings{"(", "x", ")", "y"}));
+  // A macro that hands its own argument to itself.
+  DefineMacro("same", 1, "(#1\\same{#1})");
+  Strings expected;
+  for (int i = 0; i < TTexTokenSource::fg_nMaxActiveExpansions; ++i) expected.insert(expected.end(), {"(", "a"});
+  expected.insert(expected.end(), {"\\same", "{", "a", "}"});
+  for (int i = 0; i < TTexTokenSource::fg_nMaxActiveExpansions; ++i) expected.push_back(")");
+  EXPECT_EQ(Tokens("\\same{a}", 1), expected);
   // A macro at the end of a body reads its argument from behind the body.
   DefineMacro("wrap", 1, "#1\\tail");
   DefineMacro("tail", 1, "<#1>");
