@@ -184,6 +184,13 @@ TTexToken* TTexTokenSource::NextTokenUnexpanded() {
 
 void TTexTokenSource::IfCaseElseFi(int k) {
   std::vector<TTexToken*> kept;
+  // An \input in a branch may throw while the branch is gathered.
+  struct TKeptGuard {
+    std::vector<TTexToken*>& tokens;
+    ~TKeptGuard() {
+      for (TTexToken* token : tokens) delete token;
+    }
+  } guard{kept};
   int i = 0;
   while (TTexToken* token = NextTokenUnexpanded()) {
     if (token->IsControlSequence(TGlobalString::g_pfi)) {
@@ -205,7 +212,10 @@ void TTexTokenSource::IfCaseElseFi(int k) {
   }
   // One owning stream reads the branch in its order, as putting the tokens
   // back one by one in reverse would.
-  if (!kept.empty()) m_pTokens->PutBackStream(new TTexBufferTokenStream(std::move(kept), true));
+  if (kept.empty()) return;
+  std::vector<TTexToken*> branch;
+  branch.swap(kept);  // the stream owns them now, not the guard
+  m_pTokens->PutBackStream(new TTexBufferTokenStream(std::move(branch), true));
 }
 
 void TTexTokenSource::DefineNewIf(const char* name) {
