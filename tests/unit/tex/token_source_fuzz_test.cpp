@@ -169,7 +169,8 @@ TEST_F(TokenSourceFuzz, MegabyteLinesEnd) {
   std::string mixed;
   while (mixed.size() < megabyte) {
     std::string piece = RandomDocument(random, 1);
-    if (piece.find('\n') == std::string::npos) mixed += piece;
+    // One line, and no remote \input, which would stop the read at once.
+    if (piece.find('\n') == std::string::npos && piece.find("http") == std::string::npos) mixed += piece;
   }
   const std::string inputs[] = {
       repeat("", "a"),                 // one word
