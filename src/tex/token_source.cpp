@@ -318,7 +318,10 @@ void TTexTokenSource::PushMacroArgs(int n, TTexToken* token) {
   // the end of an enclosing body, whose end mark pops that body's level, and
   // must not pop this one.
   TTexTokenStream* arguments[fg_nMacroArgLists - 1] = {};
+  const char* outerCapture = m_pCapturingMacroName;
+  m_pCapturingMacroName = token->GetControlSequence();
   for (int i = 0; i < n; ++i) arguments[i] = NextTokenStream();
+  m_pCapturingMacroName = outerCapture;
   for (int i = 0; i < fg_nMacroArgLists - 1; ++i) m_MacroArgs[i].push_back(arguments[i]);
   m_MacroTokens.push_back(token);
 }
@@ -349,9 +352,17 @@ void TTexTokenSource::ExpandMacroArg(int number, const char* macroName) {
 
 bool TTexTokenSource::SubstituteMacroArg(TTexToken* token) {
   TTexMacroArgToken* argument = token->IsTexMacroArg();
-  if (!argument || FindMacroLevel(argument->GetMacroName()) < 0) return false;
+  if (!argument || !argument->GetMacroName()) return false;
   const int number = argument->GetArgumentNumber();
   const char* macroName = argument->GetMacroName();
+  if (FindMacroLevel(macroName) < 0) {
+    // An argument naming the parameters of the very macro that reads it
+    // would, once that macro is open, stand for itself for ever: it means
+    // nothing, and goes. Any other stays, to be resolved when it is read.
+    if (macroName != m_pCapturingMacroName) return false;
+    SkipStackToken();
+    return true;
+  }
   SkipStackToken();
   ExpandMacroArg(number, macroName);
   return true;

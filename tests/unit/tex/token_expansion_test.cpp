@@ -74,6 +74,18 @@ TEST_F(TokenExpansion, ArgumentsBelongToTheMacroThatNamesThem) {
   EXPECT_EQ(Tokens("\\wrap{a}{b}c", 1), (Strings{"a", "<", "b", ">", "c"}));
 }
 
+TEST_F(TokenExpansion, AnArgumentNamingItsOwnMacroMeansNothing) {
+  // \inner's body holds \self and a "#1" of \self, as a definition made inside
+  // one of \self would: read as \self's argument, it would stand for itself.
+  DefineMacro("self", 1, "[#1]");
+  const char* self = TStringPool::g_pGlobal->Put("self");
+  auto* body = new CObList;
+  body->AddTail(new TTexControlSequenceToken(self));
+  body->AddTail(new TTexMacroArgToken(1, self));
+  TMacroProperty::PutDefinition(TStringPool::g_pGlobal->Put("inner"), 0, body);
+  EXPECT_EQ(Tokens("\\inner x", 1), (Strings{"[", "x", "]"}));
+}
+
 TEST_F(TokenExpansion, TheBodyIsBorrowedNotConsumed) {
   TMacroProperty* greet = DefineMacro("greet", 1, "Hi #1");
   CString before;
