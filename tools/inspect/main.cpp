@@ -10,6 +10,7 @@
 int InspectVerb_draw(int argc, char** argv);
 int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
+int InspectVerb_tokens(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
@@ -17,6 +18,7 @@ const InspectVerbEntry fg_Verbs[] = {
     {"draw", "[--no-window] [--screen PWxPH/MWxMH] SCRIPT", InspectVerb_draw},
     {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"props", "NAME", InspectVerb_props},
+    {"tokens", "FILE [--expand]", InspectVerb_tokens},
     {nullptr, nullptr, nullptr},
 };
 
