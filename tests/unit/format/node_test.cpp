@@ -4,6 +4,7 @@
 
 
 #include <memory>
+#include <vector>
 
 #include "format/context.h"
 #include "support/test_context.h"
@@ -302,6 +303,18 @@ TEST_F(NodeTest, FlagsAndCaretWalkOnALeaf) {
   EXPECT_EQ(node.m_bIsSelected + node.m_bIsHighlighted, 2);
   node.SetIsSelected(0);
   EXPECT_EQ(node.m_bIsSelected, 0);
+  // A list of leaves: each element gets the function once, in order.
+  TFmtNode first, second;
+  CObList list;
+  list.AddTail(&first);
+  list.AddTail(&second);
+  int one = 1;
+  TFmtNode::ApplyRecursivelyList(list, TFmtNode::SetNodeHighlight, &one);
+  EXPECT_EQ(first.m_bIsHighlighted + second.m_bIsHighlighted, 2);
+  static std::vector<TFmtNode*> visited;
+  visited.clear();
+  TFmtNode::ApplyRecursivelyList(list, [](TFmtNode* n) { visited.push_back(n); });
+  EXPECT_EQ(visited, (std::vector<TFmtNode*>{&first, &second}));
 
   // No level finds a next stop: the path is cut back to nothing.
   TFmtNode root, middle;
