@@ -9,6 +9,7 @@
 
 #include "device/font_family.h"
 #include "format/context.h"
+#include "framework/gdi_objects.h"
 
 namespace ztest {
 
@@ -21,8 +22,10 @@ class TTestContext : public TFmtContext {
   void CharacterOut(char c, int x, int y, TExtendedFont*) override { TextOut(x, y, &c, 1); }
   void DPtoLP(CPoint*, int) override {}
   void DrawRect(const CRect& rect) override { m_DrawnRects.push_back(rect); }
-  void FillRect(const CRect* rect, CBrush*) override {
-    if (rect) m_FilledRects.push_back(*rect);
+  void FillRect(const CRect* rect, CBrush* brush) override {
+    if (!rect || !brush) return;
+    m_FilledRects.push_back(*rect);
+    m_FillColors.push_back(brush->m_Color);
   }
   CColorRef GetTextColor() override { return m_TextColor; }
   CSize GetTextExtent(const char*, int length) override { return {length > 0 ? 10 * length : 0, 20}; }
@@ -81,6 +84,7 @@ class TTestContext : public TFmtContext {
   CPoint m_Current;
   std::vector<CRect> m_DrawnRects;
   std::vector<CRect> m_FilledRects;
+  std::vector<CColorRef> m_FillColors;
   std::string m_Text;
   int m_nFontSelections = 0;
 };

@@ -259,6 +259,29 @@ TEST_F(NodeTest, SelectionBackgroundAndTheBoundedNode) {
   node->DrawSelectionBackground(context);
   ASSERT_EQ(context.m_DrawnRects.size(), 1u);
   EXPECT_EQ(context.m_DrawnRects[0], CRect(10, -15, 40, -25));
+  EXPECT_TRUE(context.m_FilledRects.empty());  // neither selected nor highlighted
+
+  // Selected: the box is filled in the selection background.
+  TFmtContext::fg_ColorBackground[1] = CColorRef(0, 0, 128);
+  node->m_bIsSelected = 1;
+  TFmtNode::fg_pBoundedNode = nullptr;
+  node->DrawSelectionBackground(context);
+  ASSERT_EQ(context.m_FilledRects.size(), 1u);
+  EXPECT_EQ(context.m_FilledRects[0], CRect(10, -15, 40, -25));
+  EXPECT_EQ(context.m_FillColors[0], CColorRef(0, 0, 128));
+  EXPECT_EQ(context.m_DrawnRects.size(), 1u);  // no box without the bounded node
+
+  // An object node is filled unless objects are opaque.
+  TObjectLike object;
+  object.m_pExtent->Reset(1, 1, 1);
+  TFmtContext::fg_ColorBackground[5] = CColorRef(7, 7, 7);
+  object.DrawSelectionBackground(context);
+  ASSERT_EQ(context.m_FillColors.size(), 2u);
+  EXPECT_EQ(context.m_FillColors[1], CColorRef(7, 7, 7));
+  context.m_bOpaqueObjects = 1;
+  object.DrawSelectionBackground(context);
+  EXPECT_EQ(context.m_FillColors.size(), 2u);
+  TFmtNode::fg_pBoundedNode = node.get();
   // The destructor forgets the bounded node.
   node.reset();
   EXPECT_EQ(TFmtNode::fg_pBoundedNode, nullptr);
