@@ -5,6 +5,8 @@
 
 #include "device/font_family.h"
 #include "format/context.h"
+#include "framework/gdi_objects.h"
+#include "framework/wnd.h"
 #include "symbols/global_strings.h"
 
 CObList TFmtNode::fg_SelectionStack;
@@ -96,8 +98,8 @@ int TFmtNode::GetPointInExtentRectangle(CPoint& point) const {
   return 1;
 }
 
-void TFmtNode::GiveFocus(CWnd*) {
-  // Focus on this display is a no-op of the window (it keeps its own focus).
+void TFmtNode::GiveFocus(CWnd* window) {
+  if (window) window->SetFocus();
 }
 
 unsigned TFmtNode::HashCode(TFmtNode* parent) {
@@ -284,9 +286,9 @@ void TFmtNode::DrawSelectionBackground(TFmtContext& context) {
   }
   CRect rect;
   ExtentRectangle(rect);
-  // The solid fill of GetBackgroundColor() over rect goes through FillRect
-  // with a brush of that colour.
-  (void)rect;
+  CBrush brush;
+  brush.CreateSolidBrush(GetBackgroundColor());
+  context.FillRect(&rect, &brush);
 }
 
 void TFmtNode::SetSelectionForeground(TFmtContext& context) {
