@@ -306,3 +306,28 @@ TEST_F(DeviceColors, OnTrueColorThePixelItselfGivesTheComponents) {
   CColorRef shown = context.GetTextColor();
   EXPECT_EQ(std::make_tuple(shown.Red(), shown.Green(), shown.Blue()), Rgb(0, 0, 200));
 }
+
+TEST_F(DeviceColors, AClosedDisplayTakesItsRememberedColoursAlong) {
+  // On a colormapped screen the cells of a closed client are free again and
+  // may hold another colour by the time a new connection asks.
+  Display* first = XOpenDisplay(nullptr);
+  ASSERT_NE(first, nullptr);
+  Colormap shared = DefaultColormap(first, DefaultScreen(first));
+  CColorRef before(1, 2, 3);
+  before.Allocate(first, shared, 1);
+  XCloseDisplay(first);
+  Display* second = XOpenDisplay(nullptr);
+  ASSERT_NE(second, nullptr);
+  XColor other{};
+  other.red = 200 * 257, other.green = 100 * 257, other.blue = 50 * 257;
+  XAllocColor(second, shared, &other);
+  CColorRef after(1, 2, 3);
+  after.Allocate(second, shared, 1);
+  XColor shown{};
+  shown.pixel = after.Pixel();
+  XQueryColor(second, shared, &shown);
+  EXPECT_EQ(shown.red >> 8, 1);
+  EXPECT_EQ(shown.green >> 8, 2);
+  EXPECT_EQ(shown.blue >> 8, 3);
+  XCloseDisplay(second);
+}
