@@ -104,6 +104,8 @@ void CColorRef::Allocate(Display* display, Colormap colormap, int black) {
   int screen = DefaultScreen(display);
   if (DefaultDepth(display, screen) == 1) {
     m_Asked.pixel = black ? BlackPixel(display, screen) : WhitePixel(display, screen);
+    // Drawing takes the placed pixel: it must be the same one.
+    m_Placed.pixel = m_Asked.pixel;
     return;
   }
   CallWhenDisplayCloses(display, ForgetDisplay);
