@@ -8,6 +8,8 @@
 
 #include "format/context.h"
 #include "support/test_context.h"
+#include "symbols/global_strings.h"
+#include "symbols/string_pool.h"
 
 using ztest::TTestContext;
 
@@ -391,4 +393,15 @@ TEST_F(NodeTest, CharacterExtentFromAGivenFontReselectsTheCurrentOne) {
   EXPECT_EQ(node.m_pExtent->m_nWidth, 11);
   EXPECT_EQ(current.m_nSelections, 1);
   TExtendedFont::fg_pCurrent = saved;
+}
+
+TEST(NodeStartUp, DrawPropertiesMarkTheAlwaysDrawNames) {
+  TFmtNode::InitializeDrawProperties();
+  TFmtNode::InitializeDrawProperties();  // guarded: a second call is harmless
+  EXPECT_EQ(TFmtNode::fg_bDrawPropertiesInitialized, 1);
+  TStringPool* pool = TStringPool::g_pGlobal;
+  ASSERT_NE(pool, nullptr);
+  // \colorbox changes the GC as it draws, so it must run outside the clip.
+  EXPECT_EQ(pool->GetBoolean("colorbox", TGlobalString::g_pALWAYSDRAW), 1);
+  EXPECT_EQ(pool->GetBoolean("alpha", TGlobalString::g_pALWAYSDRAW), 0);
 }
