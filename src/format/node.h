@@ -17,6 +17,7 @@
 #include "symbols/copyable_node.h"
 
 class CNodeMenu;
+class CNodePath;
 class CNodeRect;
 class COverlayNodeInfo;
 class CWnd;
@@ -98,7 +99,7 @@ class TFmtNode : public TCopyableNode {
   virtual void Draw(TFmtContext&) {}
   virtual void DrawBoundingBox(TFmtContext& context);
   // A hook that nothing calls.
-  virtual int DrawFromNode(TFmtContext&, class CNodePath*) { return 0; }
+  virtual int DrawFromNode(TFmtContext&, CNodePath*) { return 0; }
   virtual int DrawnFmtExtent(TFmtExtent*) const { return 0; }
   // (x, y + height, x + width, y - depth): logical y grows upward.
   virtual void ExtentRectangle(CRect& rect) const;

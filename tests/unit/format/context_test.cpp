@@ -97,32 +97,20 @@ TEST_F(ContextTest, InitialValues) {
   EXPECT_EQ(c.IncrementFootnoteCounter(), 2);
 }
 
-TEST_F(ContextTest, FontSizesAndNamesClassWide) {
+TEST_F(ContextTest, SmallerFontsNeedASizeAboveEight) {
   const int saved[4] = {TFmtContext::fg_nMathFontPointSize, TFmtContext::fg_nRmFontPointSize,
                         TFmtContext::fg_nSfFontPointSize, TFmtContext::fg_nTtFontPointSize};
   TFmtContext::Set_MathFontPointSize(8);
   TFmtContext::Set_RmFontPointSize(8);
   TFmtContext::Set_SfFontPointSize(7);
   TFmtContext::Set_TtFontPointSize(8);
-  EXPECT_EQ(TFmtContext::CanDecreaseAFontSize(), 0);  // none above 8
+  EXPECT_EQ(TFmtContext::CanDecreaseAFontSize(), 0);
   TFmtContext::Set_SfFontPointSize(9);
   EXPECT_EQ(TFmtContext::CanDecreaseAFontSize(), 1);
   TFmtContext::Set_MathFontPointSize(saved[0]);
   TFmtContext::Set_RmFontPointSize(saved[1]);
   TFmtContext::Set_SfFontPointSize(saved[2]);
   TFmtContext::Set_TtFontPointSize(saved[3]);
-
-  TFmtContext::Set_RmFontName("roman-template");
-  ASSERT_NE(TFmtContext::Get_RmFontName(), nullptr);
-  EXPECT_EQ(*TFmtContext::Get_RmFontName(), "roman-template");
-  TFmtContext::FreeResources();
-  EXPECT_EQ(TFmtContext::Get_RmFontName(), nullptr);
-
-  TFmtContext::fg_bDoResetScaledFeatures = 0;
-  TFmtContext::fg_bSystemFontTextMetricsInitialized = 1;
-  TFmtContext::NeedToResetScaledFeatures();
-  EXPECT_EQ(TFmtContext::fg_bDoResetScaledFeatures, 1);
-  EXPECT_EQ(TFmtContext::fg_bSystemFontTextMetricsInitialized, 0);
 }
 
 TEST_F(ContextTest, CopiesClearDocumentCaseAndCaptionAndTakeNoStacks) {
