@@ -13,8 +13,9 @@ namespace {
 // The colour whose pixel a GC holds: unnamed, already placed, components as
 // the screen shows them.
 std::map<std::pair<Display*, XID>, XFontStruct*>& QueriedFonts() {
-  static std::map<std::pair<Display*, XID>, XFontStruct*> fonts;
-  return fonts;
+  // Never destroyed: the process keeps its queried fonts to the end.
+  static auto* fonts = new std::map<std::pair<Display*, XID>, XFontStruct*>;
+  return *fonts;
 }
 
 void ForgetQueriedFonts(Display* display) {
