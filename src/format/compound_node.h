@@ -160,6 +160,10 @@ class TFmtGenericArgumentedNode : public TFmtNode {
   void Set_ArgumentCount(int n) { m_nArgumentCount = n; }
   TFmtCompoundNode* Get_Arguments() const { return m_pArguments.get(); }
 
+  // How many arguments print back: an accent keeps its glyph as a second
+  // argument, which the source never wrote. -1: all.
+  int m_nPrintedArguments = -1;
+
   // Fields kept for the compose and draw handlers.
   int32_t m_nHandlerData0 = -1;
   int32_t m_nHandlerData1 = 0;

@@ -2,6 +2,10 @@
 // displaymath), as far as parsing and printing go.
 #pragma once
 
+#include <span>
+
+#include "tex/families/parser_tables.h"
+
 #include "format/compound_node.h"
 
 class TFmtMathNode : public TFmtGroupNode {
@@ -63,6 +67,7 @@ class TFmtDisplayMathNode : public TFmtMathNode {
   static TFmtNode* ParseTex_begindisplaymath(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static TFmtNode* ParseTex_beginequation(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static void InitializeTexParser();
+  static std::span<const TCsParserEntry> ParserTable();
 
   int m_bLeftNumber = 0;
   int m_bRecompute = 1;

@@ -2,6 +2,10 @@
 // as far as parsing and printing go.
 #pragma once
 
+#include <span>
+
+#include "tex/families/parser_tables.h"
+
 #include "format/compound_node.h"
 
 enum KOverType : int {
@@ -57,6 +61,7 @@ class TFmtOverNode : public TFmtNode {
   static TFmtNode* ParseTex_zig(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static TFmtNode* ParseTex_zag(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static void InitializeTexParser();
+  static std::span<const TCsParserEntry> ParserTable();
 
  private:
   int m_bCollecting;

@@ -2,6 +2,10 @@
 // printing go.
 #pragma once
 
+#include <span>
+
+#include "tex/families/parser_tables.h"
+
 #include "format/node.h"
 
 class TFmtScriptedNode : public TFmtNode {
@@ -38,6 +42,7 @@ class TFmtScriptedNode : public TFmtNode {
   static TFmtNode* ParseTex_sb(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static TFmtNode* ParseTex_sp(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static void InitializeTexParser();
+  static std::span<const TCsParserEntry> ParserTable();
 
   // Whether the next ParseTex reads a subscript (the source's flag): set by
   // "_" and \sb, cleared by "^" and \sp.
