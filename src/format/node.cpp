@@ -150,8 +150,11 @@ void TFmtNode::SetIsHighlighted(int flag) { ApplyRecursively(SetNodeHighlight, &
 void TFmtNode::SetIsSelected(int flag) { ApplyRecursively(SetNodeSelect, &flag); }
 
 void TFmtNode::InitializeTexParser() {
-  if (fg_bTexParserInitialized) return;
-  fg_bTexParserInitialized = 1;
+  // Once per pool: a pool freed and made again (tests do this) loads again.
+  TStringPool::InitializeGlobal();
+  TGlobalString::Initialize();
+  if (fg_bTexParserInitialized == TStringPool::Get_GlobalGeneration()) return;
+  fg_bTexParserInitialized = TStringPool::Get_GlobalGeneration();
   // Each node class's parser table joins here, in a fixed order, as the
   // classes arrive; the generic readers' tables come last.
   TFmtDisplayMathNode::InitializeTexParser();

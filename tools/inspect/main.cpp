@@ -9,14 +9,18 @@
 // Verbs are declared here and defined in verb_<name>.cpp.
 int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
+int InspectVerb_tex(int argc, char** argv);
 int InspectVerb_tokens(int argc, char** argv);
+int InspectVerb_tree(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
     // name        usage                       function
     {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"props", "NAME", InspectVerb_props},
+    {"tex", "FILE", InspectVerb_tex},
     {"tokens", "FILE [--expand]", InspectVerb_tokens},
+    {"tree", "FILE", InspectVerb_tree},
     {nullptr, nullptr, nullptr},
 };
 
