@@ -2,6 +2,7 @@
 
 #include "device/context_xwin.h"
 #include "errors/parse_errors.h"
+#include "format/node.h"
 #include "host/resource.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
@@ -20,9 +21,9 @@ int CNpZephrinApp::InitInstance() {
   UpdateFromRegistry();
   TStringPool::InitializeGlobal();
   TGlobalString::Initialize();
-  // TFmtNode::InitializeTexParser();           every node class enters its control sequences
+  TFmtNode::InitializeTexParser();  // every node class enters its control sequences
   // TMacroProperty::Initialize();              the built-in macros
-  // TFmtNode::InitializeDrawProperties();      the _EXTENT and _DRAW handlers
+  TFmtNode::InitializeDrawProperties();  // the _EXTENT and _DRAW handlers
   TGlobalString::InitializeSymbolFonts();
   Resource::GetResourceObject()->SetPropertyPages();
   return 1;
