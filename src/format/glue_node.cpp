@@ -7,6 +7,7 @@
 #include "format/context.h"
 #include "symbols/global_strings.h"
 #include "tex/families/spacing.h"
+#include "tex/measure_args.h"
 #include "tex/token_source.h"
 
 namespace {
@@ -262,6 +263,11 @@ void TFmtGlueNode::ParseGlueDimensInner(TTexTokenSource& source, TFmtGlueNode* g
 }
 
 void TFmtGlueNode::ParseGlueDimens(TTexTokenSource& source, TFmtGlueNode* glue) {
+  TMeasureReadingScope raw(source);
+  ParseGlueDimensRaw(source, glue);
+}
+
+void TFmtGlueNode::ParseGlueDimensRaw(TTexTokenSource& source, TFmtGlueNode* glue) {
   auto unit = std::make_unique<TFmtUnitNode>(0, 1, k_UnitNone);
   unit->ParseTex(source);
   if (unit->Get_UnitType() == k_UnitFill) {

@@ -101,6 +101,7 @@ class TFmtGlueNode : public TFmtNode {
 
  private:
   int IsFillOfUnit(KUnitType level) const;
+  static void ParseGlueDimensRaw(TTexTokenSource& source, TFmtGlueNode* glue);
   static void ParseGlueDimensInner(TTexTokenSource& source, TFmtGlueNode* glue);
 
   // ---- fields, in order ----

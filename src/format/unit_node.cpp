@@ -10,6 +10,7 @@
 #include "format/context.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
+#include "tex/measure_args.h"
 #include "tex/token_source.h"
 
 namespace {
@@ -66,21 +67,6 @@ constexpr TUnitName fg_UnitNames[] = {
     {"em", k_UnitEm},    {"ex", k_UnitEx},     {"in", k_UnitIn},       {"mm", k_UnitMm},
     {"pc", k_UnitPc},    {"pt", k_UnitPt},     {"sp", k_UnitSp},       {"fil", k_UnitFil},
     {"fill", k_UnitFill}, {"filll", k_UnitFilll}, {"mu", k_UnitMu},
-};
-
-// Restores the token source's math flag on every path out of a parse.
-class TMathModeScope {
- public:
-  TMathModeScope(TTexTokenSource& source, int on) : m_Source(source), m_nOld(source.Get_MathMode()) {
-    source.Set_MathMode(on);
-  }
-  TMathModeScope(const TMathModeScope&) = delete;
-  TMathModeScope& operator=(const TMathModeScope&) = delete;
-  ~TMathModeScope() { m_Source.Set_MathMode(m_nOld); }
-
- private:
-  TTexTokenSource& m_Source;
-  int m_nOld;
 };
 
 }  // namespace
@@ -324,9 +310,7 @@ void TFmtUnitNode::PrintTex(CString& out, int& column) const {
 }
 
 TFmtNode* TFmtUnitNode::ParseTex(TTexTokenSource& source) {
-  // Math mode for the time of the read: a "-" is a sign, never a dash
-  // ligature, and a word holds letters only.
-  TMathModeScope raw(source, 1);
+  TMeasureReadingScope raw(source);
   long numerator = 0, denominator = 1;
   int negative = 0;
   KUnitType unit = m_nUnitType;
