@@ -105,6 +105,12 @@ TEST_F(UnitNodeTest, DecimalsKeepTheFractionThatGcdLeaves) {
   EXPECT_EQ(Print(*Parse("7")), "3.500000pt");
   EXPECT_EQ(Print(TFmtUnitNode(1, 1, k_UnitFilll)), "1filll");
   EXPECT_EQ(Print(TFmtUnitNode(2, 1, k_UnitMu)), "2mu");
+  // "\hsize" counts two columns, as every other unit name does.
+  CString out;
+  int column = 0;
+  TFmtUnitNode(1, 2, k_UnitHsize).PrintTex(out, column);
+  EXPECT_STREQ(out.c_str(), "0.500000\\hsize");
+  EXPECT_EQ(column, 10);
 }
 
 TEST_F(UnitNodeTest, FontAndWindowUnitsFollowTheContext) {
