@@ -5,6 +5,7 @@
 
 #include "device/font_family.h"
 #include "format/context.h"
+#include "format/glue_node.h"
 #include "format/leaf_nodes.h"
 #include "math/math_node.h"
 #include "math/over_node.h"
@@ -160,6 +161,7 @@ void TFmtNode::InitializeTexParser() {
   TFmtDisplayMathNode::InitializeTexParser();
   TFmtOverNode::InitializeTexParser();
   TFmtScriptedNode::InitializeTexParser();
+  TFmtGlueNode::InitializeTexParser();
   RegisterParsers(TextCommandParserTable());
   RegisterParsers(ArityParserTable());
   TGlobalString::PutAxiomLogLikeProperties(
