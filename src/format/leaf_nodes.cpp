@@ -284,10 +284,11 @@ void PrintTexControlSequenceName(const char* name, CString& out, int& column) {
     out += ' ';
     column += static_cast<int>(std::strlen(name)) + 2;
   } else {
+    // The blank keeps a following letter from joining \endcsname.
     out += "\\csname ";
     out += name;
-    out += "\\endcsname";
-    column += static_cast<int>(std::strlen(name)) + 18;
+    out += "\\endcsname ";
+    column += static_cast<int>(std::strlen(name)) + 19;
   }
 }
 

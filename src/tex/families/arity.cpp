@@ -40,6 +40,7 @@ TFmtNode* ParseTex_1_RAWARG(TFmtControlSequenceNode* node, TTexTokenSource& sour
 TFmtNode* ParseTex_1_INTARG(TFmtControlSequenceNode* node, TTexTokenSource& source) {
   TFmtGenericArgumentedNode* generic = Generic(node);
   generic->AddArgument(NextTexIntegerArg(source), 0);
+  generic->SetBareArgument(1);
   return generic;
 }
 

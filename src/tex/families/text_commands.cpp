@@ -137,6 +137,14 @@ TFmtNode* ParseTex_mbox(TFmtControlSequenceNode* node, TTexTokenSource& source) 
   return generic;
 }
 
+// \hbox{...}: text, whatever mode surrounds it.
+TFmtNode* ParseTex_hbox(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
+  TFmtNode* argument = TextArgument(source);
+  generic->AddArgument(argument, 0);
+  return generic;
+}
+
 TFmtNode* ParseTex_item(TFmtControlSequenceNode* node, TTexTokenSource& source) {
   source.SetState(TTexTokenSource::kSkipBlanks);
   TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
@@ -210,7 +218,8 @@ TFmtNode* ParseTex_rgb(TFmtControlSequenceNode* node, TTexTokenSource& source) {
 
 TFmtNode* ParseTex_setstyle(TFmtControlSequenceNode*, TTexTokenSource& source) {
   TFmtGenericArgumentedNode* generic = Generic(Intern("setstyle"));
-  generic->AddArgument(NextTexMacroArg(source, 1), 1);
+  // Read as an ordinary argument, so printed as one: brackets would not read back.
+  generic->AddArgument(NextTexMacroArg(source, 1), 0);
   generic->AddArgument(NextTexMacroArg(source, 1), 0);
   return generic;
 }
@@ -299,6 +308,7 @@ constexpr TCsParserEntry fg_TextCommands[] = {
     {"DeclareMathOperator", ParseTex_DeclareMathOperator},
     {"ensuremath", ParseTex_ensuremath},
     {"errmessage", ParseTex_errmessage},
+    {"hbox", ParseTex_hbox},
     {"item", ParseTex_item},
     {"label", ParseTex_label},
     {"linkTarget", ParseTex_label},
