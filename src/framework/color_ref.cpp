@@ -7,6 +7,7 @@
 #include <string>
 #include <tuple>
 
+#include "framework/display_hooks.h"
 #include "framework/wnd.h"
 #include "host/resource.h"
 
@@ -35,6 +36,11 @@ struct TNamedComponents {
 std::map<TNameKey, TNamedComponents>& Names() {
   static std::map<TNameKey, TNamedComponents> names;
   return names;
+}
+
+void ForgetDisplay(Display* display) {
+  std::erase_if(Allocations(), [display](const auto& entry) { return std::get<0>(entry.first) == display; });
+  std::erase_if(Names(), [display](const auto& entry) { return std::get<0>(entry.first) == display; });
 }
 
 uint16_t FromMask(unsigned long pixel, unsigned long mask) {
@@ -98,8 +104,11 @@ void CColorRef::Allocate(Display* display, Colormap colormap, int black) {
   int screen = DefaultScreen(display);
   if (DefaultDepth(display, screen) == 1) {
     m_Asked.pixel = black ? BlackPixel(display, screen) : WhitePixel(display, screen);
+    // Drawing takes the placed pixel: it must be the same one.
+    m_Placed.pixel = m_Asked.pixel;
     return;
   }
+  CallWhenDisplayCloses(display, ForgetDisplay);
   XColor placed{};
   placed.red = m_Placed.red;
   placed.green = m_Placed.green;

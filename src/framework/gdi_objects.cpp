@@ -5,12 +5,30 @@
 #include <map>
 #include <utility>
 
+#include "framework/display_hooks.h"
 #include "framework/wnd.h"
 #include "host/zephrin_stat.h"
 
 namespace {
 // The colour whose pixel a GC holds: unnamed, already placed, components as
 // the screen shows them.
+std::map<std::pair<Display*, XID>, XFontStruct*>& QueriedFonts() {
+  // Never destroyed: the process keeps its queried fonts to the end.
+  static auto* fonts = new std::map<std::pair<Display*, XID>, XFontStruct*>;
+  return *fonts;
+}
+
+void ForgetQueriedFonts(Display* display) {
+  for (auto entry = QueriedFonts().begin(); entry != QueriedFonts().end();) {
+    if (entry->first.first != display) {
+      ++entry;
+      continue;
+    }
+    XFreeFontInfo(nullptr, entry->second, 1);
+    entry = QueriedFonts().erase(entry);
+  }
+}
+
 CColorRef ColorOfPixel(CWnd* window, unsigned long pixel) {
   CColorRef color;
   color.m_Placed.pixel = static_cast<uint32_t>(pixel);
@@ -98,11 +116,13 @@ XFontStruct* CFont::QueryGCFont(Display* display, GC gc) {
   // Until a font is set, Xlib does not know the GC's font id: the GC itself
   // names it to XQueryFont.
   XID id = (values.font & 0xe0000000UL) ? XGContextFromGC(gc) : values.font;
-  static std::map<std::pair<Display*, XID>, XFontStruct*> cache;
-  auto found = cache.find({display, id});
-  if (found != cache.end()) return found->second;
+  auto found = QueriedFonts().find({display, id});
+  if (found != QueriedFonts().end()) return found->second;
   XFontStruct* info = XQueryFont(display, id);
-  if (info) cache[{display, id}] = info;
+  if (info) {
+    CallWhenDisplayCloses(display, ForgetQueriedFonts);
+    QueriedFonts()[{display, id}] = info;
+  }
   return info;
 }
 

@@ -67,7 +67,7 @@ class CFont : public CGdiObject {
   void UpdateToGC(CWnd* window) override;
 
   // The metrics of the font in `gc`, asked of the server once per font and
-  // kept for the life of the process.
+  // kept until the display closes.
   static XFontStruct* QueryGCFont(Display* display, GC gc);
 
   Display* m_pDisplay = nullptr;
