@@ -5,6 +5,7 @@
 
 #include "device/font_family.h"
 #include "format/context.h"
+#include "format/glue_node.h"
 #include "format/leaf_nodes.h"
 #include "math/math_node.h"
 #include "math/over_node.h"
@@ -157,6 +158,7 @@ void TFmtNode::InitializeTexParser() {
   fg_bTexParserInitialized = TStringPool::Get_GlobalGeneration();
   // Each node class's parser table joins here, in a fixed order, as the
   // classes arrive; the generic readers' tables come last.
+  TFmtGlueNode::InitializeTexParser();
   TFmtDisplayMathNode::InitializeTexParser();
   TFmtOverNode::InitializeTexParser();
   TFmtScriptedNode::InitializeTexParser();
