@@ -418,7 +418,8 @@ TFmtGenericArgumentedNode::TFmtGenericArgumentedNode(const TFmtGenericArgumented
       m_pName(other.m_pName),
       m_nArgumentCount(other.m_nArgumentCount),
       m_pArguments(other.m_pArguments->CopyDerived()),
-      m_nOptionalMask(other.m_nOptionalMask) {}
+      m_nOptionalMask(other.m_nOptionalMask),
+      m_nBareMask(other.m_nBareMask) {}
 
 TFmtGenericArgumentedNode::~TFmtGenericArgumentedNode() = default;
 
@@ -557,10 +558,21 @@ void TFmtGenericArgumentedNode::PrintTex(CString& out, int& column) const {
     ++n;
     TFmtNode* argument = Node(o);
     // An empty optional argument is as good as none, and reads back the same.
-    if (IsOptionalArgument(n)) {
+    if (n <= 32 && (m_nBareMask >> (n - 1) & 1u)) {
+      out += ' ';
+      ++column;
+      argument->PrintTex(out, column);
+      out += ' ';
+      ++column;
+    } else if (IsOptionalArgument(n)) {
       if (!argument->IsEmpty()) argument->PrintTexOptionalArgument(out, column);
     } else {
       argument->PrintTexArgument(out, column);
+    }
+    // \overset a \to b: the word that ended the first argument.
+    if (n == 1 && (NameIs(m_pName, "overset") || NameIs(m_pName, "underset"))) {
+      out += "\\to ";
+      column += 4;
     }
   }
   // \item's text follows it; a blank keeps a following word from joining the name.

@@ -153,6 +153,10 @@ class TFmtGenericArgumentedNode : public TFmtNode {
   // 1-based; null past the end.
   TFmtNode* GetArgument(int n) const { return m_pArguments->GetNth(n); }
   int IsOptionalArgument(int n) const;
+  // An integer argument prints bare, after a blank, as it was read.
+  void SetBareArgument(int n) {
+    if (n >= 1 && n <= 32) m_nBareMask |= 1u << (n - 1);
+  }
 
   const char* Get_Name() const { return m_pName; }
   void Set_Name(const char* name) { m_pName = name; }
@@ -176,4 +180,5 @@ class TFmtGenericArgumentedNode : public TFmtNode {
   // Bit n set: argument n+1 was read as an optional one. Arguments past the
   // 32nd count as required.
   uint32_t m_nOptionalMask = 0;
+  uint32_t m_nBareMask = 0;
 };

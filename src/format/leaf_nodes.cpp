@@ -6,12 +6,14 @@
 
 #include "device/font_family.h"
 #include "format/compound_node.h"
+#include "format/glue_node.h"
 #include "format/tex_mode.h"
 #include "math/math_node.h"
 #include "math/scripted_node.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
 #include "tex/arguments.h"
+#include "tex/measure_args.h"
 #include "tex/token_source.h"
 #include "tex/tokens.h"
 
@@ -43,6 +45,8 @@ int TFmtCharacterNode::IsWhiteSpace() const {
 TFmtNode* TFmtCharacterNode::ParseTex(TTexTokenSource& source) {
   const bool math = source.Get_MathMode() != 0;
   switch (m_c) {
+    case ' ':
+    case '~': return TFmtGlueNode::GlueFromTextSpace(m_c, source);
     case '{': {
       auto* group = new TFmtGroupNode;
       TFmtNode* result = group->ParseTex(source);
@@ -124,6 +128,18 @@ TFmtNode* TFmtControlCharacterNode::ParseTex(TTexTokenSource& source) {
     }
     case '{': return new TFmtControlSequenceNode(TGlobalString::g_pLBRACE);
     case '}': return new TFmtControlSequenceNode(TGlobalString::g_pRBRACE);
+    case '\\':
+      // \\[2pt]: the extra space is read and not kept.
+      delete NextTexOptionalMeasureArg(source);
+      return this;
+    case ' ':
+    case '!':
+    case ',':
+    case ':':
+    case ';': return TFmtGlueNode::GlueFromControlCharacter(m_c, source);
+    case '>':
+      if (source.Get_Tabbing()) return this;
+      return TFmtGlueNode::GlueFromControlCharacter(m_c, source);
     default: return this;
   }
 }
@@ -284,10 +300,11 @@ void PrintTexControlSequenceName(const char* name, CString& out, int& column) {
     out += ' ';
     column += static_cast<int>(std::strlen(name)) + 2;
   } else {
+    // The blank keeps a following letter from joining \endcsname.
     out += "\\csname ";
     out += name;
-    out += "\\endcsname";
-    column += static_cast<int>(std::strlen(name)) + 18;
+    out += "\\endcsname ";
+    column += static_cast<int>(std::strlen(name)) + 19;
   }
 }
 

@@ -158,6 +158,7 @@ void TFmtNode::InitializeTexParser() {
   fg_bTexParserInitialized = TStringPool::Get_GlobalGeneration();
   // Each node class's parser table joins here, in a fixed order, as the
   // classes arrive; the generic readers' tables come last.
+  TFmtGlueNode::InitializeTexParser();
   TFmtDisplayMathNode::InitializeTexParser();
   TFmtOverNode::InitializeTexParser();
   TFmtScriptedNode::InitializeTexParser();

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "format/compound_node.h"
+#include "format/glue_node.h"
+#include "format/unit_node.h"
 #include "format/leaf_nodes.h"
 #include "math/math_node.h"
 #include "math/over_node.h"
@@ -22,6 +24,8 @@ const char* NodeClassName(const TFmtNode* node) {
   if (node->IsGenericArgumentedNode()) return "TFmtGenericArgumentedNode";
   if (node->IsScriptedNode()) return "TFmtScriptedNode";
   if (node->IsOverNode()) return "TFmtOverNode";
+  if (node->IsGlueNode()) return "TFmtGlueNode";
+  if (node->IsUnitNode()) return "TFmtUnitNode";
   return "TFmtNode";
 }
 
@@ -68,6 +72,11 @@ void Dump(const TFmtNode* node, const char* label, int depth, CString& out) {
     if (o->IsCollectingOverNode()) line += " collecting";
   } else if (auto* d = dynamic_cast<const TFmtDisplayMathNode*>(node)) {
     line += " type " + std::to_string(d->Get_Type());
+  } else if (const TFmtGlueNode* glue = node->IsGlueNode()) {
+    line += " kind " + std::to_string(glue->Get_Kind());
+  } else if (const TFmtUnitNode* unit = node->IsUnitNode()) {
+    line += " " + std::to_string(unit->Get_Numerator()) + "/" + std::to_string(unit->Get_Denominator()) + " " +
+            TFmtUnitNode::UnitName(unit->Get_UnitType());
   }
   out += line.c_str();
   out += '\n';
@@ -86,6 +95,10 @@ void Dump(const TFmtNode* node, const char* label, int depth, CString& out) {
     Dump(s->Get_Nucleus(), "nucleus", depth + 1, out);
     Dump(s->Get_Subscript(), "subscript", depth + 1, out);
     Dump(s->Get_Superscript(), "superscript", depth + 1, out);
+  } else if (const TFmtGlueNode* glue = node->IsGlueNode()) {
+    if (glue->Get_NormalSpace()) Dump(glue->Get_NormalSpace(), "normal", depth + 1, out);
+    if (glue->Get_Stretch()) Dump(glue->Get_Stretch(), "stretch", depth + 1, out);
+    if (glue->Get_Shrink()) Dump(glue->Get_Shrink(), "shrink", depth + 1, out);
   } else if (const TFmtOverNode* o = node->IsOverNode()) {
     if (o->Get_Thickness()) Dump(o->Get_Thickness(), "thickness", depth + 1, out);
     Dump(o->Get_Top(), "top", depth + 1, out);

@@ -4,7 +4,9 @@
 
 #include "format/leaf_nodes.h"
 #include "symbols/global_strings.h"
+#include "format/unit_node.h"
 #include "tex/arguments.h"
+#include "tex/measure_args.h"
 #include "tex/token_source.h"
 
 namespace {
@@ -82,7 +84,7 @@ void TFmtOverNode::SimplyStringify(CString& out) {
 
 namespace {
 // The optional rule thickness, "[2pt]": a unit node.
-TFmtNode* ReadThickness(TTexTokenSource&) { return nullptr; }
+TFmtNode* ReadThickness(TTexTokenSource& source) { return NextTexOptionalMeasureArg(source); }
 
 TFmtNode* Collecting(KOverType type) { return new TFmtOverNode(type, 1, nullptr, nullptr); }
 

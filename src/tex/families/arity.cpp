@@ -5,7 +5,9 @@
 #include "format/compound_node.h"
 #include "format/leaf_nodes.h"
 #include "symbols/global_strings.h"
+#include "format/unit_node.h"
 #include "tex/arguments.h"
+#include "tex/measure_args.h"
 #include "tex/families/parser_tables.h"
 #include "tex/token_source.h"
 #include "tex/tokens.h"
@@ -40,6 +42,7 @@ TFmtNode* ParseTex_1_RAWARG(TFmtControlSequenceNode* node, TTexTokenSource& sour
 TFmtNode* ParseTex_1_INTARG(TFmtControlSequenceNode* node, TTexTokenSource& source) {
   TFmtGenericArgumentedNode* generic = Generic(node);
   generic->AddArgument(NextTexIntegerArg(source), 0);
+  generic->SetBareArgument(1);
   return generic;
 }
 
@@ -76,6 +79,14 @@ TFmtNode* ParseTex_1_OPTARG_2_ARG(TFmtControlSequenceNode* node, TTexTokenSource
   TFmtGenericArgumentedNode* generic = Generic(node);
   AddOptional(generic, source);
   generic->AddArgument(NextTexMacroArg(source, 1), 0);
+  generic->AddArgument(NextTexMacroArg(source, 1), 0);
+  return generic;
+}
+
+TFmtNode* ParseTex_1_MEASURE_1_ARG(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  TFmtGenericArgumentedNode* generic = Generic(node);
+  generic->AddArgument(NextTexMeasureArg(source), 0);
+  generic->SetBareArgument(1);  // \raise 2pt: a measure reads back bare
   generic->AddArgument(NextTexMacroArg(source, 1), 0);
   return generic;
 }
@@ -130,6 +141,7 @@ constexpr TCsParserEntry fg_Arity[] = {
     {"usepackage", ParseTex_1_OPTARG_1_ARG},
     {"colorbuttonbox", ParseTex_1_OPTARG_2_ARG},
     {"newcounter", ParseTex_1_ARG_1_OPTARG},
+    {"lower", ParseTex_1_MEASURE_1_ARG}, {"raise", ParseTex_1_MEASURE_1_ARG},
 };
 }  // namespace
 

@@ -36,6 +36,7 @@ TFmtNode* ParseTex_1_OPTARG(TFmtControlSequenceNode* node, TTexTokenSource& sour
 TFmtNode* ParseTex_1_ARG_1_OPTARG(TFmtControlSequenceNode* node, TTexTokenSource& source);
 TFmtNode* ParseTex_1_OPTARG_1_ARG(TFmtControlSequenceNode* node, TTexTokenSource& source);
 TFmtNode* ParseTex_1_OPTARG_2_ARG(TFmtControlSequenceNode* node, TTexTokenSource& source);
+TFmtNode* ParseTex_1_MEASURE_1_ARG(TFmtControlSequenceNode* node, TTexTokenSource& source);
 
 // The tables of the families (defined beside their parsers).
 std::span<const TCsParserEntry> ArityParserTable();

@@ -11,7 +11,9 @@
 #include "math/math_node.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
+#include "format/unit_node.h"
 #include "tex/arguments.h"
+#include "tex/measure_args.h"
 #include "tex/families/parser_tables.h"
 #include "tex/token_source.h"
 #include "tex/tokens.h"
@@ -137,6 +139,55 @@ TFmtNode* ParseTex_mbox(TFmtControlSequenceNode* node, TTexTokenSource& source) 
   return generic;
 }
 
+// \hbox to 3cm{...} and \hbox spread 1em{...}: the word and the measure come
+// first; the text is text whatever mode surrounds it.
+TFmtNode* ParseTex_hbox(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
+  if (TTexToken* token = source.NextToken(1, 1)) {
+    if (token->IsSequence(TGlobalString::g_pto) || token->IsSequence(TGlobalString::g_pspread)) {
+      generic->AddArgument(new TFmtSequenceNode(token->GetSequence()), 0);
+      generic->SetBareArgument(1);
+      generic->AddArgument(NextTexMeasureArg(source), 0);
+      generic->SetBareArgument(2);
+      delete token;
+    } else {
+      source.PutBack(token);
+    }
+  }
+  generic->AddArgument(TextArgument(source), 0);
+  return generic;
+}
+
+// \makebox[width][position]{text} and \framebox alike.
+TFmtNode* ParseTex_makebox(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
+  if (TFmtNode* width = NextTexOptionalMeasureArg(source)) generic->AddArgument(width, 1);
+  if (TFmtNode* position = NextTexOptionalMacroArg(source, 1)) generic->AddArgument(position, 1);
+  generic->AddArgument(TextArgument(source), 0);
+  return generic;
+}
+
+// \putat{x}{y}{text}: two measures and the text.
+TFmtNode* ParseTex_putat(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
+  generic->AddArgument(NextTexMeasureArg(source), 0);
+  generic->AddArgument(NextTexMeasureArg(source), 0);
+  generic->AddArgument(NextTexMacroArg(source, 1), 0);
+  return generic;
+}
+
+// \raisebox{lift}[height][depth]{text}.
+TFmtNode* ParseTex_raisebox(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
+  generic->AddArgument(NextTexMeasureArg(source), 0);
+  if (TFmtNode* height = NextTexOptionalMeasureArg(source)) {
+    generic->AddArgument(height, 1);
+    if (TFmtNode* depth = NextTexOptionalMeasureArg(source)) generic->AddArgument(depth, 1);
+  }
+  generic->AddArgument(NextTexMacroArg(source, 1), 0);
+  return generic;
+}
+
 TFmtNode* ParseTex_item(TFmtControlSequenceNode* node, TTexTokenSource& source) {
   source.SetState(TTexTokenSource::kSkipBlanks);
   TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
@@ -210,7 +261,8 @@ TFmtNode* ParseTex_rgb(TFmtControlSequenceNode* node, TTexTokenSource& source) {
 
 TFmtNode* ParseTex_setstyle(TFmtControlSequenceNode*, TTexTokenSource& source) {
   TFmtGenericArgumentedNode* generic = Generic(Intern("setstyle"));
-  generic->AddArgument(NextTexMacroArg(source, 1), 1);
+  // Read as an ordinary argument, so printed as one: brackets would not read back.
+  generic->AddArgument(NextTexMacroArg(source, 1), 0);
   generic->AddArgument(NextTexMacroArg(source, 1), 0);
   return generic;
 }
@@ -299,6 +351,11 @@ constexpr TCsParserEntry fg_TextCommands[] = {
     {"DeclareMathOperator", ParseTex_DeclareMathOperator},
     {"ensuremath", ParseTex_ensuremath},
     {"errmessage", ParseTex_errmessage},
+    {"framebox", ParseTex_makebox},
+    {"makebox", ParseTex_makebox},
+    {"hbox", ParseTex_hbox},
+    {"putat", ParseTex_putat},
+    {"raisebox", ParseTex_raisebox},
     {"item", ParseTex_item},
     {"label", ParseTex_label},
     {"linkTarget", ParseTex_label},

@@ -80,7 +80,7 @@ TEST_F(LeafNodes, ControlSequenceNamesPrintByTheirFirstCharacter) {
   EXPECT_EQ(PrintTexOf("\\alpha x"), "\\alpha x");
   EXPECT_EQ(PrintTexOf("\\section*"), "\\section* ");
   // Anything else goes through \csname, which reads back to the same name.
-  EXPECT_EQ(PrintTexOf("\\csname 1a\\endcsname"), "\\csname 1a\\endcsname");
+  EXPECT_EQ(PrintTexOf("\\csname 1a\\endcsname"), "\\csname 1a\\endcsname ");
   EXPECT_EQ(PrintTexOf("\\{\\}"), "\\{\\}");
   CString out;
   int column = 5;
