@@ -1,6 +1,7 @@
 #include "host/np_zephrin_app.h"
 
 #include "device/context_xwin.h"
+#include "device/font_family.h"
 #include "errors/parse_errors.h"
 #include "format/node.h"
 #include "host/resource.h"
@@ -32,7 +33,8 @@ int CNpZephrinApp::InitInstance() {
 int CNpZephrinApp::ExitInstance() {
   UpdateToRegistry();
   ShutDownRegistry();
-  // TFontFamily::DestroyAllFonts(); TFmtDocumentNode::DeleteTemporaryDocuments();
+  TFontFamily::DestroyAllFonts();
+  // TFmtDocumentNode::DeleteTemporaryDocuments();
   // TFmtDocumentNode::DeleteDocumentStorage(); TFmtImageNode_PI::FreeResources();
   TFmtContext_XWin::FreeResources();
   // TStringPool::FreeGlobal(); then the current
