@@ -297,6 +297,7 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
   }
   m_pExtent->Reset(0, 0, 0);
   m_nVerticalShift = 0;
+  m_LineExtents.clear();
   if (!HoldsOnlyProgramFill()) {
     TExtendedFont* font = TExtendedFont::fg_pCurrent;
     const int gap = font ? font->ExternalLeading(context) : 0;
@@ -319,6 +320,7 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
     bool isFirst = true;
     TFmtLineBreakNode* prev = nullptr;
     auto addLine = [&]() {
+      m_LineExtents.push_back(line);
       if (isFirst) {
         first = line;
         isFirst = false;

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "format/compound_node.h"
 #include "format/unit_node.h"
@@ -50,6 +51,10 @@ class TFmtParagraphNode : public TFmtCompoundNode {
   void Set_Width(TFmtUnitNode* width);  // owned; null: no width
   const TFmtUnitNode* Get_Width() const { return m_pWidth.get(); }
   KAlignment Get_Alignment() const { return m_nAlignment; }
+  int32_t Get_VerticalShift() const { return m_nVerticalShift; }
+  // The lines that the last Compose found, top down: width, height with the
+  // strut, depth. Kept for tools and tests; layout does not read it.
+  const std::vector<TFmtExtent>& Get_LineExtents() const { return m_LineExtents; }
   // Fills a \parbox from its argument: a group's content between group
   // markers, a plain list's children, anything else as it is.
   void Paragraphy(TFmtNode* node);
@@ -71,4 +76,6 @@ class TFmtParagraphNode : public TFmtCompoundNode {
   KAlignment m_nAlignment;
   std::unique_ptr<TFmtUnitNode> m_pWidth;  // never null
   int32_t m_nVerticalShift = 0;
+
+  std::vector<TFmtExtent> m_LineExtents;
 };

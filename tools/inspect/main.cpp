@@ -13,6 +13,7 @@ int InspectVerb_colors(int argc, char** argv);
 int InspectVerb_draw(int argc, char** argv);
 int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_fontname(int argc, char** argv);
+int InspectVerb_layout(int argc, char** argv);
 int InspectVerb_metrics(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
 int InspectVerb_relsize(int argc, char** argv);
@@ -28,6 +29,7 @@ const InspectVerbEntry fg_Verbs[] = {
     {"draw", "[--no-window] [--screen PWxPH/MWxMH] SCRIPT", InspectVerb_draw},
     {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"fontname", "TEMPLATE DECIPOINTS XRES YRES", InspectVerb_fontname},
+    {"layout", "FILE --width W [--width W...]", InspectVerb_layout},
     {"metrics", "TAG SIZE CODE... | editbox", InspectVerb_metrics},
     {"props", "NAME", InspectVerb_props},
     {"relsize", "SIZE BASE", InspectVerb_relsize},
