@@ -7,10 +7,12 @@
 #include "verbs.h"
 
 // Verbs are declared here and defined in verb_<name>.cpp.
+int InspectVerb_tokens(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
     // name        usage                       function
+    {"tokens", "FILE [--expand]", InspectVerb_tokens},
     {nullptr, nullptr, nullptr},
 };
 
