@@ -23,6 +23,19 @@ bool EndsWith(const char* text, const char* suffix) {
 
 // A name with the control sequence's first two letters "if".
 bool IsIfName(const char* name) { return name[0] == 'i' && name[1] == 'f'; }
+
+// One level of conditional or \csname nesting, undone also when an \input
+// inside it throws.
+class TNestingLevel {
+ public:
+  explicit TNestingLevel(int& depth) : m_nDepth(depth) { ++m_nDepth; }
+  TNestingLevel(const TNestingLevel&) = delete;
+  TNestingLevel& operator=(const TNestingLevel&) = delete;
+  ~TNestingLevel() { --m_nDepth; }
+
+ private:
+  int& m_nDepth;
+};
 }  // namespace
 
 void TTexTokenSource::Init() {
@@ -150,7 +163,7 @@ TTexToken* TTexTokenSource::NextTokenUnexpanded() {
       continue;
     }
     SkipStackToken();
-    ++m_nNesting;
+    TNestingLevel level(m_nNesting);
     int k;
     if (isCase) {
       CString number;
@@ -166,7 +179,6 @@ TTexToken* TTexTokenSource::NextTokenUnexpanded() {
       k = 0;
     }
     IfCaseElseFi(k);
-    --m_nNesting;
   }
 }
 
@@ -218,8 +230,8 @@ void TTexTokenSource::SwitchNewIf(const char* name, int value) {
 // ---- the main read -------------------------------------------------------------
 
 TTexToken* TTexTokenSource::ReadCsname() {
-  SetState(kSkipBlanks);
-  ++m_nNesting;
+  m_State = kSkipBlanks;  // blanks before the name don't count, even in a frozen read
+  TNestingLevel level(m_nNesting);
   CString text;
   std::unique_ptr<TTexToken> token(NextToken(1, 0));
   m_State = kFrozen;  // blanks inside the name are part of it
@@ -228,7 +240,6 @@ TTexToken* TTexTokenSource::ReadCsname() {
     AppendTokenToString(token.get(), text);
     token.reset(NextToken(0, 0));
   }
-  --m_nNesting;
   m_State = kSkipBlanks;
   return new TTexControlSequenceToken(TStringPool::g_pGlobal->Put(text));
 }
