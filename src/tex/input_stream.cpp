@@ -57,6 +57,15 @@ void TStringInputStream::GetBuffer() {
 
 void TInputStack::InsertStream(TInputStream* stream) {
   if (!stream) return;
+  if (m_cPushedBack) {
+    // The character given back belongs to the stream being read: it must
+    // come after the new stream, not before it. A stream of its own under
+    // the new one keeps it in its place.
+    const char kept[1] = {m_cPushedBack};
+    m_cPushedBack = 0;
+    auto* rest = new TStringInputStream(kept, 1, m_pHead ? m_pHead->GetSourceName() : "");
+    m_Streams.emplace_back(rest);  // the totals already count it
+  }
   m_Streams.emplace_back(stream);
   m_pHead = stream;
   if (stream->GetExpectedLength() >= 0) m_nCharacterTotal += stream->GetExpectedLength();

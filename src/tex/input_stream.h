@@ -92,6 +92,7 @@ class TInputStack : public CObject {
   void InsertStream(TInputStream* stream);
   void DeleteStream();
   bool HasStream() const { return !m_Streams.empty(); }
+  int GetStreamCount() const { return static_cast<int>(m_Streams.size()); }
 
   // 1 with the next character, 0 at the end of all input (the last character
   // is then 0, which callers use to see the end).

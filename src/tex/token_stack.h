@@ -79,6 +79,13 @@ class TTexTokenStack : public CObject {
   // The caller then skips it, uses it or puts it back.
   TTexToken* NextToken();
   TTexToken* GetCurrentToken() const { return m_pCurrent; }
+  // A token fresh from the scanner becomes current, owned by the stack and
+  // recorded like any other when recording is on.
+  void MakeCurrentToken(TTexToken* token) {
+    m_pCurrent = token;
+    m_bCurrentOwned = token != nullptr;
+    if (m_bRecording && m_pCurrent) StackCurrentToken();
+  }
   bool IsCurrentTokenOwned() const { return m_bCurrentOwned; }
   void SkipCurrentToken();
   // The caller owns the result: the token itself if the stack owned it, else a copy.

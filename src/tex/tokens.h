@@ -93,6 +93,8 @@ class TTexMacroArgToken : public TTexSequenceToken {
   TTexMacroArgToken* IsTexMacroArg() override { return this; }
   int GetArgumentNumber() const { return m_nArgument; }
   const char* GetMacroName() const { return m_pMacroName; }
+  // An argument met outside any definition is bound when it is read.
+  void SetMacroName(const char* macroName) { m_pMacroName = macroName; }
 
  private:
   int m_nArgument;

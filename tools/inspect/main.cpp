@@ -9,12 +9,14 @@
 // Verbs are declared here and defined in verb_<name>.cpp.
 int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
+int InspectVerb_tokens(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
     // name        usage                       function
     {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"props", "NAME", InspectVerb_props},
+    {"tokens", "FILE [--expand]", InspectVerb_tokens},
     {nullptr, nullptr, nullptr},
 };
 
