@@ -168,13 +168,14 @@ void CZephrinPlugInDoc::LoadFromFile() {
     UpdateStatusLine("zephrin is waiting for a file named by \\input");
   } else {
     CString text;
-    text.Format("zephrin read %lu bytes, %d tokens; this build does not yet lay out or draw documents", length,
-                m_nTokensRead);
+    text.Format("zephrin read %lu bytes, %d tokens (no layout or drawing yet)", length, m_nTokensRead);
     UpdateStatusLine(text);
   }
   if (m_pWindow) {
     m_pWindow->DocumentLoaded();
     m_pWindow->SetIBeamCursor();
+    // A load that ended waiting for a local file runs again at this paint.
+    m_pWindow->Invalidate(1);
   }
 }
 
@@ -183,5 +184,8 @@ void CZephrinPlugInDoc::LoadFromInlineTex() {
   m_nDocumentIsLoaded = 1;
   TTexTokenSource source("INLINE TEXDATA", m_InlineTexData.c_str());
   ReadTokens(source);
-  if (m_pWindow) m_pWindow->DocumentLoaded();
+  if (m_pWindow) {
+    m_pWindow->DocumentLoaded();
+    m_pWindow->Invalidate(1);
+  }
 }
