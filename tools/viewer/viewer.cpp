@@ -54,8 +54,18 @@ pid_t fg_Host = -1;
 // With a private X server the host is ended before the server goes, so that
 // it does not complain of a lost display; otherwise it ends by itself at its
 // next tick, once its parent has gone.
-void StopHost() {
+void StopHostBeforeXvfb() {
   if (fg_Host > 0 && fg_Xvfb > 0) {
+    kill(fg_Host, SIGTERM);
+    waitpid(fg_Host, nullptr, 0);
+  }
+  fg_Host = -1;
+}
+
+// After a failure: a host that failed its start runs no ticks and would
+// wait for ever.
+void StopHost() {
+  if (fg_Host > 0) {
     kill(fg_Host, SIGTERM);
     waitpid(fg_Host, nullptr, 0);
   }
@@ -205,7 +215,7 @@ void CViewer::StartHost() {
     _exit(127);
   }
   fg_Host = m_Host;
-  std::atexit(StopHost);  // runs before StopXvfb, registered earlier
+  std::atexit(StopHostBeforeXvfb);  // runs before StopXvfb, registered earlier
 }
 
 void CViewer::ReadReport() {
