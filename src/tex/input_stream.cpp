@@ -136,7 +136,8 @@ const char* TInputStack::FindString(const char* text) const {
 
 int TInputStack::GetLineNumber() const {
   const TInputStream* head = Head();
-  return head ? head->GetLineNumber() : kEndOfInputLine;
+  // A line end given back is not yet read: its line has not begun.
+  return head ? head->GetLineNumber() - (m_cPushedBack == '\n') : kEndOfInputLine;
 }
 
 const char* TInputStack::GetSourceName() const {

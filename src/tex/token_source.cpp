@@ -184,6 +184,13 @@ TTexToken* TTexTokenSource::NextTokenUnexpanded() {
 
 void TTexTokenSource::IfCaseElseFi(int k) {
   std::vector<TTexToken*> kept;
+  // An \input in a branch may throw while the branch is gathered.
+  struct TKeptGuard {
+    std::vector<TTexToken*>& tokens;
+    ~TKeptGuard() {
+      for (TTexToken* token : tokens) delete token;
+    }
+  } guard{kept};
   int i = 0;
   while (TTexToken* token = NextTokenUnexpanded()) {
     if (token->IsControlSequence(TGlobalString::g_pfi)) {
@@ -205,7 +212,10 @@ void TTexTokenSource::IfCaseElseFi(int k) {
   }
   // One owning stream reads the branch in its order, as putting the tokens
   // back one by one in reverse would.
-  if (!kept.empty()) m_pTokens->PutBackStream(new TTexBufferTokenStream(std::move(kept), true));
+  if (kept.empty()) return;
+  std::vector<TTexToken*> branch;
+  branch.swap(kept);  // the stream owns them now, not the guard
+  m_pTokens->PutBackStream(new TTexBufferTokenStream(std::move(branch), true));
 }
 
 void TTexTokenSource::DefineNewIf(const char* name) {
@@ -308,7 +318,10 @@ void TTexTokenSource::PushMacroArgs(int n, TTexToken* token) {
   // the end of an enclosing body, whose end mark pops that body's level, and
   // must not pop this one.
   TTexTokenStream* arguments[fg_nMacroArgLists - 1] = {};
+  const char* outerCapture = m_pCapturingMacroName;
+  m_pCapturingMacroName = token->GetControlSequence();
   for (int i = 0; i < n; ++i) arguments[i] = NextTokenStream();
+  m_pCapturingMacroName = outerCapture;
   for (int i = 0; i < fg_nMacroArgLists - 1; ++i) m_MacroArgs[i].push_back(arguments[i]);
   m_MacroTokens.push_back(token);
 }
@@ -323,21 +336,43 @@ void TTexTokenSource::PopMacroArgs(int n) {
   m_MacroTokens.pop_back();
 }
 
+int TTexTokenSource::FindMacroLevel(const char* macroName) const {
+  if (!macroName) return -1;
+  for (size_t level = m_MacroTokens.size(); level-- > 0;)
+    if (m_MacroTokens[level]->GetControlSequence() == macroName) return static_cast<int>(level);
+  return -1;
+}
+
 void TTexTokenSource::ExpandMacroArg(int number, const char* macroName) {
-  if (number < 1 || number > fg_nMacroArgLists - 1 || !macroName) return;
-  const std::vector<TTexTokenStream*>& list = m_MacroArgs[number - 1];
-  for (size_t level = m_MacroTokens.size(); level-- > 0;) {
-    if (m_MacroTokens[level]->GetControlSequence() == macroName) {
-      if (list[level]) m_pTokens->PutBackStream(list[level]->Copy());
-      return;
-    }
+  int level = FindMacroLevel(macroName);
+  if (level < 0 || number < 1 || number > fg_nMacroArgLists - 1) return;
+  if (TTexTokenStream* stream = m_MacroArgs[number - 1][static_cast<size_t>(level)])
+    m_pTokens->PutBackStream(stream->Copy());
+}
+
+bool TTexTokenSource::SubstituteMacroArg(TTexToken* token) {
+  TTexMacroArgToken* argument = token->IsTexMacroArg();
+  if (!argument || !argument->GetMacroName()) return false;
+  const int number = argument->GetArgumentNumber();
+  const char* macroName = argument->GetMacroName();
+  if (FindMacroLevel(macroName) < 0) {
+    // An argument naming the parameters of the very macro that reads it
+    // would, once that macro is open, stand for itself for ever: it means
+    // nothing, and goes. Any other stays, to be resolved when it is read.
+    if (macroName != m_pCapturingMacroName) return false;
+    SkipStackToken();
+    return true;
   }
+  SkipStackToken();
+  ExpandMacroArg(number, macroName);
+  return true;
 }
 
 TTexTokenStream* TTexTokenSource::NextTokenStream() {
   EState saved = m_State;
   SetState(kSkipBlanks);
   TTexToken* token = NextStackToken();
+  while (token && SubstituteMacroArg(token)) token = NextStackToken();
   m_State = kFrozen;
   TTexTokenStream* result = nullptr;
   if (!token) {
@@ -353,6 +388,7 @@ TTexTokenStream* TTexTokenSource::NextTokenStream() {
         PutBack(new TTexCharacterToken('}'));
         continue;
       }
+      if (SubstituteMacroArg(inner)) continue;
       if (inner->IsCharacter('{'))
         ++depth;
       else if (inner->IsCharacter('}'))

@@ -164,6 +164,15 @@ class TTexTokenSource : public CObject {
   // A character token, or a sequence token of the interned text.
   static TTexToken* MakeTextToken(const char* text, size_t length);
 
+  // The innermost open level of that macro, or -1.
+  int FindMacroLevel(const char* macroName) const;
+  // An argument being captured holds no "#n" of an open macro: it is replaced
+  // by that macro's argument at once, as a body's text is substituted before
+  // it is read. Left for later, the inner use of a macro that passes its own
+  // argument on (\a{#1} in the body of \a) would find only itself. True when
+  // token was such a "#n", or one of the macro being read (it is then skipped).
+  bool SubstituteMacroArg(TTexToken* token);
+
   // ---- conditionals -----------------------------------------------------------
   void IfCaseElseFi(int k);
   void DefineNewIf(const char* name);
@@ -185,6 +194,7 @@ class TTexTokenSource : public CObject {
   TInputReader m_pInputReader = &TTexTokenSource::NextNormalInputToken;
   TFmtDocumentNode* m_pDocument = nullptr;  // not owned
   int m_nNesting = 0;  // open conditionals and \csname reads
+  const char* m_pCapturingMacroName = nullptr;  // the macro whose arguments are being read
 
   // Interned by Init, with the pool generation they belong to.
   static int fg_nInitGeneration;

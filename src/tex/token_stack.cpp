@@ -74,8 +74,12 @@ void TTexTokenStack::SkipCurrentToken() {
 TTexToken* TTexTokenStack::UseCurrentToken() {
   if (!m_pCurrent) return nullptr;
   if (m_bCurrentOwned) {
+    // Handed over: the stack forgets it, so that the caller putting it back
+    // later is not taken for putting back the current token.
+    TTexToken* token = m_pCurrent;
     m_bCurrentOwned = false;
-    return m_pCurrent;
+    m_pCurrent = nullptr;
+    return token;
   }
   return m_pCurrent->Copy();
 }

@@ -58,13 +58,32 @@ TEST_F(TokenExpansion, ArgumentsBelongToTheMacroThatNamesThem) {
   DefineMacro("outer", 1, "[\\inner{#1}]");
   DefineMacro("inner", 1, "(#1)");
   EXPECT_EQ(Tokens("\\outer{z}", 1), (Strings{"[", "(", "z", ")", "]"}));
-  // "#1" handed on bare is one argument, not a word to split.
+  // "#1" handed on is replaced before the inner macro reads: a word then gives its first letter.
   DefineMacro("hand", 1, "\\inner#1");
-  EXPECT_EQ(Tokens("\\hand{xy}", 1), (Strings{"(", "xy", ")"}));
+  EXPECT_EQ(Tokens("\\hand{xy}", 1), (Strings{"(", "x", ")", "y"}));
+  // A macro that hands its own argument to itself.
+  DefineMacro("same", 1, "(#1\\same{#1})");
+  Strings expected;
+  for (int i = 0; i < TTexTokenSource::fg_nMaxActiveExpansions; ++i) expected.insert(expected.end(), {"(", "a"});
+  expected.insert(expected.end(), {"\\same", "{", "a", "}"});
+  for (int i = 0; i < TTexTokenSource::fg_nMaxActiveExpansions; ++i) expected.push_back(")");
+  EXPECT_EQ(Tokens("\\same{a}", 1), expected);
   // A macro at the end of a body reads its argument from behind the body.
   DefineMacro("wrap", 1, "#1\\tail");
   DefineMacro("tail", 1, "<#1>");
   EXPECT_EQ(Tokens("\\wrap{a}{b}c", 1), (Strings{"a", "<", "b", ">", "c"}));
+}
+
+TEST_F(TokenExpansion, AnArgumentNamingItsOwnMacroMeansNothing) {
+  // \inner's body holds \self and a "#1" of \self, as a definition made inside
+  // one of \self would: read as \self's argument, it would stand for itself.
+  DefineMacro("self", 1, "[#1]");
+  const char* self = TStringPool::g_pGlobal->Put("self");
+  auto* body = new CObList;
+  body->AddTail(new TTexControlSequenceToken(self));
+  body->AddTail(new TTexMacroArgToken(1, self));
+  TMacroProperty::PutDefinition(TStringPool::g_pGlobal->Put("inner"), 0, body);
+  EXPECT_EQ(Tokens("\\inner x", 1), (Strings{"[", "x", "]"}));
 }
 
 TEST_F(TokenExpansion, TheBodyIsBorrowedNotConsumed) {

@@ -144,10 +144,13 @@ TEST_F(TokenScanner, VerbatimEndsWithTheInput) {
 }
 
 TEST_F(TokenScanner, SourceNameAndLine) {
-  TTexTokenSource source("file.tex", "ab cd\nx");
+  TTexTokenSource source("file.tex", "ab\ncd\nx");
   std::unique_ptr<TTexToken> first(source.NextToken(0, 0));
   EXPECT_EQ(source.GetSourceName(), std::string("file.tex"));
+  // The word's end was seen by reading the line end, which went back: still line 1.
   EXPECT_EQ(source.GetLineNumber(), 1);
+  std::unique_ptr<TTexToken> blank(source.NextToken(0, 0));
+  EXPECT_EQ(source.GetLineNumber(), 2);
   ztest::ReadAll(source, 0);
   EXPECT_EQ(source.GetLineNumber(), 0x7FFFFFFF);  // the end of input
 }

@@ -98,7 +98,11 @@ TEST_F(TokenStackTest, UseCurrentTokenCopiesFromAMacroBodyAndLeavesTheBodyAlone)
   stack.PutBackToken(owned);
   ASSERT_EQ(stack.NextToken(), owned);
   EXPECT_EQ(stack.UseCurrentToken(), owned);
-  delete owned;
+  // The caller owns it now: putting it back gives it back, it is not copied.
+  stack.PutBackToken(owned);
+  EXPECT_EQ(stack.NextToken(), owned);
+  EXPECT_TRUE(stack.IsCurrentTokenOwned());
+  stack.SkipCurrentToken();
 
   // Putting back a borrowed current token puts back a copy.
   stack.PutBackList(&body);
