@@ -399,8 +399,8 @@ void ZRServer::ReloadDocument(const char* record, int length) {
   CZephrinPlugInDoc* document = instance->GetDocument();
   document->Set_InlineTexData(Field(record + sizeof header, static_cast<size_t>(length) - sizeof header));
   document->Set_DocumentIsLoaded(0);
+  // The load repaints: a document with a file reads its file again.
   document->LoadDocument();
-  if (document->Get_Window()) document->Get_Window()->Invalidate(1);
   Renew();
 }
 

@@ -129,6 +129,11 @@ TEST_F(Link, FullOrderForOneInstance) {
   // The load stops before the parser and says so.
   EXPECT_NE(shim.ReadStatus().find("no layout or drawing yet"), std::string::npos);
 
+  // A reload of a document with a file reads the file again, new text or not.
+  ASSERT_TRUE(shim.Send(ztest::LinkShim::Reload(7, "  other text  ")));
+  EXPECT_EQ(shim.ReadStatus(), "zephrin reading " + Url(path) + " ...");
+  EXPECT_NE(shim.ReadStatus().find("no layout or drawing yet"), std::string::npos);
+
   ASSERT_TRUE(shim.Send(ztest::LinkShim::Header(zlink::kGetDocument, 7)));
   std::string reply = shim.ReadControl();
   ASSERT_EQ(reply.size(), 1020u);
