@@ -5,6 +5,7 @@
 
 #include "host/link_records.h"
 #include "host/np_doc.h"
+#include "host/np_zephrin_app.h"
 #include "host/zr_document.h"
 #include "host/zr_server.h"
 
@@ -55,6 +56,27 @@ void CZephrinPlugInView::RecomposeAndRedraw() { Invalidate(1); }
 void CZephrinPlugInView::UpdateStatusLineText(const char* text) {
   ZRDocument* instance = m_pDocument ? m_pDocument->Get_DocumentInstance() : nullptr;
   if (instance && instance->GetServer()) instance->GetServer()->NSStatus(instance, text);
+}
+
+int CZephrinPlugInView::LoadRelativeFile(const CString& relative, int& ok, const char* label, const char* target) {
+  ok = 1;
+  // An empty name goes nowhere (the merge would otherwise set ok again and
+  // open the document's own folder).
+  if (relative.IsEmpty()) {
+    ok = 0;
+    return ok;
+  }
+  if (!m_pDocument) return ok;
+  CString merged = m_pDocument->ResolveUrl(relative, ok);
+  if (!ok) return ok;
+  ZRDocument* instance = m_pDocument->Get_DocumentInstance();
+  if (!instance) {
+    ok = 0;
+    return ok;
+  }
+  if (instance->GetServer()) instance->GetServer()->GetURL(instance, merged, target ? target : "_self");
+  AfxGetApp()->Set_MostRecentlyRequestedUrl(merged, label);
+  return ok;
 }
 
 void CZephrinPlugInView::SetWaitCursor() {

@@ -6,6 +6,7 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xlib.h>
 
+#include "framework/cstring.h"
 #include "framework/wnd.h"
 
 class CZephrinPlugInDoc;
@@ -32,6 +33,11 @@ class CZephrinPlugInView : public CWnd {
   void SetGeometry(int x, int y, int width, int height);
   // The browser's status line for this instance.
   void UpdateStatusLineText(const char* text);
+  // A link to another file: resolved against the document's URL and asked
+  // of the browser for the target ("_self" when none), with the label kept
+  // in the bookmark for the instance that will show it. ok is 0 for an
+  // empty name or a document without its instance.
+  int LoadRelativeFile(const CString& relative, int& ok, const char* label, const char* target);
   void SetWaitCursor();
   void SetIBeamCursor();
 

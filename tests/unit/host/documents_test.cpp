@@ -9,6 +9,7 @@
 #include "format/document_node.h"
 #include "framework/async_doc.h"
 #include "host/np_doc.h"
+#include "host/np_view.h"
 #include "host/np_zephrin_app.h"
 #include "host/zr_document.h"
 #include "host/zr_server.h"
@@ -211,6 +212,25 @@ TEST_F(Documents, TheBookmarkLivesInTheProfileStore) {
   app->Set_MostRecentlyRequestedUrl(nullptr, nullptr);
   EXPECT_EQ(std::string(app->Get_MostRecentlyRequestedUrl()), "");
   EXPECT_EQ(app->Get_MostRecentlyRequestedUrlLabel(), nullptr);
+}
+
+TEST_F(Documents, ARelativeLinkIsResolvedAndBookmarkedWithItsLabel) {
+  ZRDocument instance;
+  CZephrinPlugInDoc document(&instance, 2);
+  instance.SetState(1, nullptr, &document, 0);
+  document.Set_Url("http://h/a/b/doc.tex");
+  CZephrinPlugInView* view = new CZephrinPlugInView;  // the document owns it
+  document.Set_Window(view);
+  int ok = -1;
+  EXPECT_EQ(view->LoadRelativeFile("../c/next.tex#s", ok, "sec", nullptr), 1);
+  EXPECT_EQ(std::string(AfxGetApp()->Get_MostRecentlyRequestedUrl()), "http://h/a/c/next.tex#s");
+  EXPECT_STREQ(AfxGetApp()->Get_MostRecentlyRequestedUrlLabel(), "sec");
+  EXPECT_EQ(view->LoadRelativeFile("", ok, nullptr, nullptr), 0);
+
+  CZephrinPlugInDoc orphan;  // no instance: nothing to ask
+  CZephrinPlugInView* lone = new CZephrinPlugInView;
+  orphan.Set_Window(lone);
+  EXPECT_EQ(lone->LoadRelativeFile("x.tex", ok, nullptr, nullptr), 0);
 }
 
 TEST(NavigatorVersion, PrefixesAgreeUpToTheShorter) {
