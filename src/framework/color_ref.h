@@ -50,4 +50,14 @@ class CColorRef {
   int Red() const { return m_Asked.red >> 8; }
   int Green() const { return m_Asked.green >> 8; }
   int Blue() const { return m_Asked.blue >> 8; }
+
+  // Allocations are remembered per display, colormap and colour (names per
+  // display and colormap): a colour asked for again costs no round trip.
+  // Forget them when a colormap's cells change behind our back.
+  static void ForgetAllocations();
 };
+
+// The components of `color->pixel` as the screen shows them: from the
+// visual's masks on TrueColor and DirectColor, else from the colormap read at
+// start-up. Pixel and flags stay.
+void LookUpPixelComponents(const Visual* visual, TColorValue* color);

@@ -38,3 +38,7 @@ class CFileException : public CException {
 // An \input file is not there yet: the parse stops and is run again when the
 // file arrives. The one exception with meaning in normal running.
 class CInputFileException : public CException {};
+
+// An X font could not be loaded. The user has been told once already (see
+// CFont::CreateFont); callers give up the font they were building.
+class CFontException : public CException {};

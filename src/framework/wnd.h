@@ -1,14 +1,30 @@
-// CWnd: the X handles of one window. Only the handles and the colormap choice
-// are here so far; drawing, invalidation and the rest come with the views.
+// CWnd: the X handles of one window, and the repaint requests that go to its
+// drawing widget. Only this layer and the drawing device touch X handles.
 #pragma once
 
 #include <X11/Intrinsic.h>
 #include <X11/Xlib.h>
 
+#include "framework/objects.h"
+
+struct CRect;
 
 class CWnd {
  public:
+  CWnd() = default;
+  CWnd(const CWnd&) = default;
+  CWnd& operator=(const CWnd&) = default;
   virtual ~CWnd() = default;
+
+  // Slot order: OnEraseBkgnd, OnUpdate.
+  virtual int OnEraseBkgnd() { return 0; }
+  virtual void OnUpdate(CWnd* /*sender*/, long /*hint*/, CObject* /*hintObject*/) {}
+
+  // Stores every handle; the two resolutions come from the screen record
+  // (pixels per inch of its millimetre size; 0 when the server reports 0 mm).
+  void SetInfo(Widget shell, Widget drawWidget, Widget mainWidget, Widget vScroll, Widget hScroll,
+               Window drawWindow, Window browserWindow, int x, int y, int width, int height, Display* display,
+               GC gc, Visual* visual, int screen, int depth, int colors, int zero, Colormap* colormap);
 
   // The private colormap when one was set, else the screen's default.
   Colormap GetColormap() const {
@@ -19,6 +35,16 @@ class CWnd {
     m_PrivateColormap = colormap;
     m_bPrivateColormap = 1;
   }
+
+  // A repaint request as a sent Expose (count 0). The event mask repeats the
+  // event's type number (12): that is what the drawing widget's handler is
+  // registered for, so the request reaches it and not the toolkit's expose
+  // path. With erase 1 the window is cleared first.
+  void Invalidate(int erase = 1);
+  void InvalidateRect(const CRect* rect, int erase = 1);
+  // The last window below the root on the way up from `window`.
+  Window GetTopWindow(Window window) const;
+  void SetFocus() {}
 
   Widget m_Shell = nullptr;
   Widget m_DrawWidget = nullptr;
@@ -40,4 +66,7 @@ class CWnd {
   XFontStruct* m_pFontMetrics = nullptr;  // borrowed: the font selected last
   Colormap m_PrivateColormap = 0;
   int m_bPrivateColormap = 0;
+
+ private:
+  void SendExpose(int x, int y, int width, int height);
 };

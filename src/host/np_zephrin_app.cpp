@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "device/context_xwin.h"
 #include "errors/parse_errors.h"
 #include "format/document_node.h"
 #include "framework/files.h"
@@ -23,7 +24,7 @@ CNpZephrinApp* AfxGetApp() { return &theApp; }
 
 int CNpZephrinApp::InitInstance() {
   m_pszAppName = kAppName;
-  // TFmtContext_XWin::InitializeResources();   the drawing device's colours and fonts
+  TFmtContext_XWin::InitializeResources();
   // TFmtImageNode_PI::InitializeResources();   the missing-image picture
   UpdateFromRegistry();
   TStringPool::InitializeGlobal();
@@ -43,14 +44,15 @@ int CNpZephrinApp::ExitInstance() {
   ShutDownRegistry();
   // TFontFamily::DestroyAllFonts(); TFmtDocumentNode::DeleteTemporaryDocuments();
   // TFmtDocumentNode::DeleteDocumentStorage(); TFmtImageNode_PI::FreeResources();
-  // TFmtContext_XWin::FreeResources(); TStringPool::FreeGlobal(); then the current
+  TFmtContext_XWin::FreeResources();
+  // TStringPool::FreeGlobal(); then the current
   // URL, the document list and the map of local names are cleared.
   m_pszAppName.Empty();
   return 0;
 }
 
 void CNpZephrinApp::UpdateFromRegistry() {
-  // TFmtContext_XWin::ReadRegistryValues();        fonts, sizes, colours, flags
+  TFmtContext_XWin::ReadRegistryValues();
   // TFontFamily::ReadRegistryValues() has nothing to read.
   // TFmtDocumentNode::ReadRegistryValues();        SaveTemporaryDocuments
   // TFmtApplicationLinkNode::ReadRegistryValues(); ExecutionPermission
@@ -61,6 +63,7 @@ void CNpZephrinApp::UpdateFromRegistry() {
 void CNpZephrinApp::UpdateToRegistry() {
   // The same owners' SaveRegistryValues in the same order; CZrError clears
   // its parse errors first.
+  TFmtContext_XWin::SaveRegistryValues();
   CZrError::SaveRegistryValues();
   Resource::GetResourceObject()->SaveRegistryValues();
 }

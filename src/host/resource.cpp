@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <Xm/Xm.h>
+
 #include "host/np_zephrin_app.h"
 #include "host/zr_server.h"
 
@@ -95,6 +97,34 @@ void Resource::SetResources(ZRServer* server, XtAppContext* appContext) {
   for (const char* piece : fg_WaitingText) m_WaitingText += piece;
   m_CommandQuestion = "Do you wish to execute the local command: ";
   CString::SetStringResourceLookup(&Resource::GetStringResource);
+  // Built once: the items outlive every menu that loads them.
+  if (m_PopupMenu.GetList().m_nCount == 0) {
+    // The view's helpers are hooked to these ids when the views exist.
+    m_PopupMenu.AppendResourceMenu("Above topic", 'A', 32775, nullptr);
+    m_PopupMenu.AppendResourceMenu("Next topic", 'N', 32777, nullptr);
+    m_PopupMenu.AppendResourceMenu("Previous topic", 'P', 32779, nullptr);
+    m_PopupMenu.AppendResourceMenu(nullptr, 0, 0, nullptr);
+    m_PopupMenu.AppendResourceMenu("About the Corvane zephrin Document Viewer", 'I', 40000, nullptr);
+    m_PopupMenu.AppendResourceMenu("zephrin Options...", 'O', 32778, nullptr);
+    m_PopupMenu.AppendResourceMenu(nullptr, 0, 0, nullptr);
+    m_PopupMenu.AppendResourceMenu("Document properties...", 'D', 32789, nullptr);
+    m_NotImplementedMenu.AppendResourceMenu("Sorry, not implemented", 0, 0, nullptr);
+  }
+}
+
+CMenu* Resource::GetMenuResource(unsigned id) {
+  if (id == 119) return &m_PopupMenu;
+  if (id == 24542) return nullptr;
+  return &m_NotImplementedMenu;
+}
+
+void Resource::SetStandardColors(Widget widget) {
+  if (!widget || !m_pDisplay) return;
+  XtVaSetValues(widget, XmNbottomShadowColor, static_cast<Pixel>(m_NamedColors[26].Pixel()),  // dark grey
+                XmNtopShadowColor, static_cast<Pixel>(m_NamedColors[24].Pixel()),             // light grey
+                XmNbackground, static_cast<Pixel>(m_NamedColors[23].Pixel()),                 // gray
+                XmNforeground, static_cast<Pixel>(m_NamedColors[0].Pixel()),                  // black
+                XmNborderColor, static_cast<Pixel>(m_NamedColors[0].Pixel()), nullptr);
 }
 
 const char* Resource::GetFontStringResource(unsigned id) const {
@@ -176,6 +206,8 @@ void Resource::FindColorMatch(const TColorValue& wanted, TColorValue* result) co
 }
 
 void Resource::SetColorInMaps(const TColorValue& color) {
+  Visual* visual = m_pServer ? m_pServer->GetVisual() : nullptr;
+  if (visual && (visual->c_class == TrueColor || visual->c_class == DirectColor)) return;
   if (color.pixel >= static_cast<uint32_t>(kColormapSize)) return;  // a deep visual's pixel
   XColor& cell = m_Colors[color.pixel];
   cell.red = color.red;
@@ -188,6 +220,14 @@ void Resource::SetColorInMaps(const TColorValue& color) {
 }
 
 void Resource::GetColorInColormap(TColorValue* color) const {
+  // On a true-colour screen the pixel itself holds the components; the
+  // start-up table only serves colormapped screens.
+  Visual* visual = m_pServer ? m_pServer->GetVisual() : nullptr;
+  if (!visual && m_pDisplay) visual = DefaultVisual(m_pDisplay, DefaultScreen(m_pDisplay));
+  if (visual && (visual->c_class == TrueColor || visual->c_class == DirectColor)) {
+    LookUpPixelComponents(visual, color);
+    return;
+  }
   if (color->pixel >= static_cast<uint32_t>(kColormapSize)) return;
   const XColor& cell = m_Colors[color->pixel];
   color->red = cell.red;

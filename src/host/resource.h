@@ -9,6 +9,7 @@
 
 #include "framework/color_ref.h"
 #include "framework/cstring.h"
+#include "framework/menu.h"
 
 class ZRServer;
 
@@ -44,6 +45,11 @@ class Resource {
   // 70000..70027, else null.
   CColorRef* GetColorResource(unsigned id);
 
+  // 119: the popup menu; 24542: null; any other id: the one-item menu.
+  CMenu* GetMenuResource(unsigned id);
+  // The grey look shared by every dialog and menu (once the colours exist).
+  void SetStandardColors(Widget widget);
+
   // 80000..80010; any other id answers as 80000.
   const char* GetFontStringResource(unsigned id) const;
   const std::vector<CString>& GetFontPathList() const { return m_FontPathList; }
@@ -69,7 +75,8 @@ class Resource {
  private:
   CString MakePath(const char* directory, const char* tail) const;
 
-  // The popup menus come with the menu classes.
+  CMenu m_PopupMenu;         // 119
+  CMenu m_NotImplementedMenu;
   CString m_MissingImagePath;  // 50000
   CString m_SplashImagePath;   // 50001
   CString m_LogoImagePath;     // 50002

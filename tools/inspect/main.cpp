@@ -7,6 +7,7 @@
 #include "verbs.h"
 
 // Verbs are declared here and defined in verb_<name>.cpp.
+int InspectVerb_draw(int argc, char** argv);
 int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
 int InspectVerb_tokens(int argc, char** argv);
@@ -14,6 +15,7 @@ int InspectVerb_tokens(int argc, char** argv);
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
     // name        usage                       function
+    {"draw", "[--no-window] [--screen PWxPH/MWxMH] SCRIPT", InspectVerb_draw},
     {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"props", "NAME", InspectVerb_props},
     {"tokens", "FILE [--expand]", InspectVerb_tokens},
