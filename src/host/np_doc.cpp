@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "device/context_xwin.h"
 #include "errors/parse_errors.h"
 #include "format/document_node.h"
 #include "framework/files.h"
@@ -24,16 +25,24 @@ CString Trimmed(const char* text) {
 }
 }  // namespace
 
-CZephrinPlugInDoc::CZephrinPlugInDoc() : m_pDocumentNode(new TFmtDocumentNode(nullptr)) {}
+CZephrinPlugInDoc::CZephrinPlugInDoc()
+    : m_pDocumentNode(new TFmtDocumentNode(nullptr)), m_pFmtContext(new TFmtContext_XWin) {
+  m_pFmtContext->Set_DocumentNode(m_pDocumentNode);
+}
 
 CZephrinPlugInDoc::CZephrinPlugInDoc(ZRDocument* instance, uint16_t mode)
-    : m_nMode(mode), m_pDocumentNode(new TFmtDocumentNode(instance)), m_pDocumentInstance(instance) {
+    : m_nMode(mode),
+      m_pDocumentNode(new TFmtDocumentNode(instance)),
+      m_pFmtContext(new TFmtContext_XWin),
+      m_pDocumentInstance(instance) {
+  m_pFmtContext->Set_DocumentNode(m_pDocumentNode);
   AfxGetApp()->AddDocument(this);
 }
 
 CZephrinPlugInDoc::~CZephrinPlugInDoc() {
   AfxGetApp()->RemoveDocument(this);
   Reset();
+  delete m_pFmtContext;
   delete m_pDocumentNode;
   m_RequestedUrls.clear();
   m_RequestedUrlUsers.clear();
@@ -50,6 +59,7 @@ void CZephrinPlugInDoc::Set_DocumentNode(TFmtDocumentNode* node) {
   if (node == m_pDocumentNode) return;
   delete m_pDocumentNode;
   m_pDocumentNode = node;
+  m_pFmtContext->Set_DocumentNode(node);
 }
 
 void CZephrinPlugInDoc::Set_InlineMmlData(const char* text) { m_InlineMmlData = Trimmed(text); }

@@ -11,6 +11,7 @@
 
 class CWnd;
 class CZephrinPlugInView;
+class TFmtContext_XWin;
 class TFmtDocumentNode;
 class ZRDocument;
 
@@ -51,7 +52,9 @@ class CZephrinPlugInDoc : public AsynchronousDocumentUser {
   // Drops the view (its widgets have gone with its shell).
   void Reset();
 
+  // Deletes the old node and ties the context to the new one.
   void Set_DocumentNode(TFmtDocumentNode* node);
+  TFmtContext_XWin* Get_FmtContext() const { return m_pFmtContext; }
   const CString& Get_FileName() const { return m_FileName; }
   void Set_FileName(const char* name) { m_FileName = name; }
   const CString& Get_InlineMmlData() const { return m_InlineMmlData; }
@@ -87,7 +90,7 @@ class CZephrinPlugInDoc : public AsynchronousDocumentUser {
   uint16_t m_nMode = 2;
   int m_nDocumentIsLoaded = 0;
   TFmtDocumentNode* m_pDocumentNode = nullptr;  // owned
-  // The drawing device of the instance joins here with the device classes.
+  TFmtContext_XWin* m_pFmtContext = nullptr;    // owned
   CZephrinPlugInView* m_pWindow = nullptr;      // owned
   CString m_FileName;
   ZRDocument* m_pDocumentInstance = nullptr;   // not owned

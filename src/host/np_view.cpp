@@ -13,22 +13,8 @@ void CZephrinPlugInView::SubClass(Widget shell, Widget main, Widget draw, Widget
                                   Window drawWindow, Window browserWindow, Display* display, GC gc,
                                   Visual* visual, int screen, int depth, int colors, int zero, Colormap* colormap,
                                   int x, int y, int width, int height) {
-  m_Shell = shell;
-  m_MainWidget = main;
-  m_DrawWidget = draw;
-  m_VScroll = vScroll;
-  m_HScroll = hScroll;
-  m_DrawWindow = drawWindow;
-  m_BrowserWindow = browserWindow;
-  m_pDisplay = display;
-  m_GC = gc;
-  m_pVisual = visual;
-  m_nScreen = screen;
-  m_nDepth = depth;
-  m_nColors = colors;
-  m_nZero = zero;
-  m_pColormap = colormap;
-  SetGeometry(x, y, width, height);
+  SetInfo(shell, draw, main, vScroll, hScroll, drawWindow, browserWindow, x, y, width, height, display, gc, visual,
+          screen, depth, colors, zero, colormap);
   // New widgets have shown nothing yet: their first paint is reported again.
   m_nPaintReported = 0;
 }

@@ -18,6 +18,7 @@
 #include <X11/Shell.h>
 #include <sys/select.h>
 
+#include "format/context.h"
 #include "framework/url.h"
 #include "framework/util.h"
 #include "host/np_doc.h"
@@ -314,12 +315,15 @@ void ZRServer::InitializeWindow(ZRDocument* instance, unsigned long window, unsi
   XtAddEventHandler(shell, NoEventMask, True, &ZRServer::OnClientHelper, nullptr);
   Renew();
 
-  // The context's first foreground and background colours take these
-  // places once the drawing device exists.
-  unsigned long black = BlackPixel(m_pDisplay, m_nScreen), white = WhitePixel(m_pDisplay, m_nScreen);
-  XSetForeground(m_pDisplay, gc, black);
-  XSetBackground(m_pDisplay, gc, white);
-  XtVaSetValues(draw, XmNbackground, white, nullptr);
+  // The context's first foreground and background colours, once start-up
+  // has placed them; black on white until then.
+  const CColorRef& foreground = TFmtContext::fg_ColorForeground[0];
+  const CColorRef& background = TFmtContext::fg_ColorBackground[0];
+  unsigned long ink = foreground.m_bAllocated ? foreground.Pixel() : BlackPixel(m_pDisplay, m_nScreen);
+  unsigned long paper = background.m_bAllocated ? background.Pixel() : WhitePixel(m_pDisplay, m_nScreen);
+  XSetForeground(m_pDisplay, gc, ink);
+  XSetBackground(m_pDisplay, gc, paper);
+  XtVaSetValues(draw, XmNbackground, paper, nullptr);
 
   auto named = [&](const char* name, unsigned short grey) {
     XColor color{};
