@@ -7,6 +7,9 @@
 #include <vector>
 
 #include "device/font_family.h"
+#include "framework/objects.h"
+#include "host/zephrin_stat.h"
+#include "support/test_context.h"
 
 namespace {
 const char* const kRoman = "-corvane-zrcmr-medium-r-normal--0-0-0-0-p-0-iso8859-1";
@@ -87,4 +90,53 @@ TEST(FontSizes, ScriptSizeUnderLargeIsSmall) {
   // 0.85 x 1.125 = 0.956: from 9 down, 4 (0.8) is the first not above it.
   EXPECT_EQ(TFontFamily_PI::GetSizeRelativeToBase(2), 4);
   TFontFamily_PI::fg_StyleBaseFontSize = saved;
+}
+
+TEST(FontFamilyBadSizes, HugeAndNegativeSizesBuildNamesWithoutOverflow) {
+  // No display: every load is refused, so the page tells the name that was
+  // built. Status 12 is reset before each so that the page is rebuilt.
+  ZephrinStat* stat = ZephrinStat::GetZephrinStatObject();
+  ztest::TTestContext context;
+  auto refused = [&](auto make) {
+    stat->Initialize(nullptr, nullptr);
+    EXPECT_THROW(make(), CFontException);
+    const std::string page = stat->GetFontPage().str();
+    const size_t at = page.find("-corvane");
+    return at == std::string::npos ? std::string() : page.substr(at, page.find('\n', at) - at);
+  };
+  TFontFamily huge(nullptr, kRoman, 1 << 30, 0);
+  // 10 x 2^30 x 3 saturates.
+  EXPECT_EQ(refused([&] { huge.CreateFontAtSize(context, 10); }),
+            "-corvane-zrcmr-medium-r-normal--*-2147483647-0-0-p-*-iso8859-1");
+  EXPECT_EQ(huge.Get_SizedFont(10), nullptr);
+  TFontFamily negative(nullptr, kRoman, -5, 0);
+  EXPECT_EQ(refused([&] { negative.CreateFontAtSize(context, 7); }),
+            "-corvane-zrcmr-medium-r-normal--*--62-0-0-p-*-iso8859-1");  // -62.5 toward zero
+  TFontFamily zero(nullptr, kRoman, 0, 0);
+  EXPECT_EQ(refused([&] { zero.CreateFontAtSize(context, 40); }),  // a size outside the table is normal
+            "-corvane-zrcmr-medium-r-normal--*-0-0-0-p-*-iso8859-1");
+  // Extents at the ends of the int range stay in 64 bits and saturate.
+  EXPECT_EQ(refused([&] { zero.CreateFontForCharacter(-1, INT_MAX, INT_MIN, context, INT_MAX); }),
+            "-corvane-zrcmr-medium-r-normal--*-2147483647-0-0-p-*-iso8859-1");
+  EXPECT_EQ(refused([&] { zero.CreateFontForCharacter(0, INT_MIN, INT_MIN, context, INT_MIN); }),
+            "-corvane-zrcmr-medium-r-normal--*--2147483648-0-0-p-*-iso8859-1");
+  EXPECT_EQ(zero.Get_StretchedFontCount(), 0);
+  // The edit box: 2^30 x 5 x 2 logical units, saturated; this context's
+  // LPtoDP keeps the number.
+  const int savedTt = TFmtContext::fg_nTtFontPointSize;
+  const bool hadName = TFmtContext::fg_pTtFontName != nullptr;
+  const CString savedName = hadName ? *TFmtContext::fg_pTtFontName : CString();
+  TFmtContext::Set_TtFontName("-corvane-zrcmtt-medium-r-normal--0-0-0-0-m-0-iso8859-1");
+  TFmtContext::Set_TtFontPointSize(1 << 30);
+  EXPECT_EQ(refused([&] { TFontFamily::CreateFontForEditBox(context); }),
+            "-corvane-zrcmtt-medium-r-normal--*-2147483647-0-0-m-*-iso8859-1");
+  EXPECT_EQ(TFontFamily::fg_pEditBoxFont, nullptr);
+  TFmtContext::Set_TtFontPointSize(savedTt);
+  if (hadName) {
+    TFmtContext::Set_TtFontName(savedName);
+  } else {
+    delete TFmtContext::fg_pTtFontName;
+    TFmtContext::fg_pTtFontName = nullptr;
+  }
+  stat->Initialize(nullptr, nullptr);
 }
