@@ -497,6 +497,12 @@ void Compose_beginflushright(TFmtNode* n, int, TFmtContext& c) { Handle_Justify(
 void Compose_centering(TFmtNode* n, int, TFmtContext& c) { Handle_Justify(n, c, 3, false); }
 void Compose_raggedleft(TFmtNode* n, int, TFmtContext& c) { Handle_Justify(n, c, 2, false); }
 void Compose_raggedright(TFmtNode* n, int, TFmtContext& c) { Handle_Justify(n, c, 1, false); }
+// The group markers that Build and \parbox make of braces: a group state
+// opens and closes as the braces would.
+void Compose_BEGINGROUP(TFmtNode* n, int, TFmtContext& c) {
+  n->m_pExtent->Reset(0, 0, 0);
+  c.PushGroupState();
+}
 void Compose_ENDGROUP(TFmtNode* n, int, TFmtContext& c) {
   n->m_pExtent->Reset(0, 0, 0);
   c.PopGroupState();
@@ -512,6 +518,7 @@ constexpr TJustifyEntry fg_Justification[] = {
     {"beginflushright", Compose_beginflushright}, {"endflushright", Compose_ENDGROUP},
     {"centering", Compose_centering},           {"raggedleft", Compose_raggedleft},
     {"raggedright", Compose_raggedright},
+    {"_BEGINGROUP", Compose_BEGINGROUP},        {"_ENDGROUP", Compose_ENDGROUP},
 };
 int fg_nDrawGeneration = 0;
 }  // namespace

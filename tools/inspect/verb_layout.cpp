@@ -3,8 +3,6 @@
 // tree composed again at each further width as a resize does (status 2).
 // Per composition "width W"; per body element "E k CLASS y h d w"; per line
 // of a paragraph "L k.n KIND POS w h d adv |TEXT|", fill shown as [fill N].
-#include <cxxabi.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +16,7 @@
 #include "format/break_nodes.h"
 #include "format/compound_node.h"
 #include "format/document_node.h"
+#include "format/layout_dump.h"
 #include "format/paragraph_node.h"
 #include "format/vertical_list_node.h"
 #include "inspect_x.h"
@@ -25,55 +24,6 @@
 #include "tex/token_source.h"
 #include "verbs.h"
 
-namespace {
-std::string ClassName(const TFmtNode* node) {
-  int status = 0;
-  char* name = abi::__cxa_demangle(typeid(*node).name(), nullptr, nullptr, &status);
-  std::string result = status == 0 && name ? name : typeid(*node).name();
-  std::free(name);
-  return result;
-}
-
-void PrintLines(int k, TFmtParagraphNode* paragraph) {
-  const std::vector<TFmtExtent>& extents = paragraph->Get_LineExtents();
-  int n = 0, index = 0;
-  std::string text;
-  auto line = [&](const char* kind, int position, int advance) {
-    TFmtExtent e = n < static_cast<int>(extents.size()) ? extents[n] : TFmtExtent();
-    std::printf("L %d.%d %s %d %d %d %d %d |%s|\n", k, n, kind, position, e.m_nWidth, e.m_nHeight, e.m_nDepth,
-                advance, text.c_str());
-    ++n;
-    text.clear();
-  };
-  for (CObject* o : paragraph->Get_Children()) {
-    auto* child = static_cast<TFmtNode*>(o);
-    if (TFmtLineBreakNode* lineBreak = child->IsLineBreakNode()) {
-      line(lineBreak->Get_Hard() ? "hard" : "soft", index, lineBreak->m_nAdvance);
-    } else if (child->IsHorizontalFillGlue()) {
-      text += "[fill " + std::to_string(child->m_pExtent->m_nWidth) + "]";
-    } else {
-      CString piece;
-      child->SimplyStringify(piece);
-      text += piece.c_str();
-    }
-    ++index;
-  }
-  line("end", index, 0);
-}
-
-void PrintComposition(TFmtVerticalListNode* body, int width) {
-  std::printf("width %d\n", width);
-  int k = 0;
-  for (CObject* o : body->Get_Children()) {
-    auto* element = static_cast<TFmtNode*>(o);
-    const TFmtExtent& e = *element->m_pExtent;
-    std::printf("E %d %s %d %d %d %d\n", k, ClassName(element).c_str(), element->m_Position.y, e.m_nHeight,
-                e.m_nDepth, e.m_nWidth);
-    if (TFmtParagraphNode* paragraph = element->IsParagraphNode()) PrintLines(k, paragraph);
-    ++k;
-  }
-}
-}  // namespace
 
 int InspectVerb_layout(int argc, char** argv) {
   const char* file = nullptr;
@@ -141,7 +91,9 @@ int InspectVerb_layout(int argc, char** argv) {
     body->m_Position = CPoint(0, 0);
     body->Compose(context);
     document.Set_CompositionStatus(k_Composed);
-    PrintComposition(body.get(), width);
+    CString out;
+    DumpLayout(body.get(), width, out);
+    std::fwrite(out.c_str(), 1, static_cast<size_t>(out.GetLength()), stdout);
     document.Set_CompositionStatus(k_WidthChanged);
   }
   context.Set_DocumentNode(nullptr);
