@@ -231,10 +231,14 @@ restart:
       // the next line: that is the rule of this layout. Only the blank at the
       // break itself is taken, so that the text keeps its order when the
       // tail comes back.
+      // The new line holds nothing yet, so nothing on it is a place to
+      // break: a long word after the blank stays, overfull, rather than
+      // leave a line of nothing but the blank.
       if (atBreak && cur->IsWhiteSpace()) {
         m_Children.RemoveAt(curPos);
         soft->AddTextTail(cur);
         x += 2 * width;
+        prev = nullptr;
         continue;
       }
       x += width;
