@@ -420,3 +420,22 @@ TEST(CompositionStatus, PendingValuesMergeAndComposedOrEverythingAlwaysTakes) {
     EXPECT_EQ(document.Get_CompositionStatus(), c.result) << c.present << " then " << c.asked;
   }
 }
+
+TEST_F(Paragraphs, DrawPlacesEachLineAnAdvanceBelowTheLast) {
+  auto body = Body("aaa aaa\\par bb");
+  Compose(body.get(), 40, k_ComposeEverything);
+  m_Context.m_bForceDraw = 1;
+  m_Context.m_nLeftMargin = 0;
+  m_Context.m_nRightMargin = 40;
+  body->Draw(m_Context);
+  // Lines "aaa " and "aaa" of the first paragraph: baselines -12 and -28.
+  TFmtParagraphNode* first = body->GetHead()->IsParagraphNode();
+  ASSERT_EQ(first->GetCount(), 4);
+  EXPECT_EQ(first->GetNth(1)->m_Position, CPoint(0, -12));
+  EXPECT_EQ(first->GetNth(2)->m_Position, CPoint(30, -12));
+  EXPECT_EQ(first->GetNth(4)->m_Position, CPoint(0, -28));
+  // The second paragraph: below the first's depth (4 + 16 + 4 = 24 down from
+  // -12 ... -28 - 4), its own height and the paragraph skip: -28 - 4 - 12 - 12.
+  EXPECT_EQ(body->GetTail()->m_Position.y, -56);
+  EXPECT_EQ(std::string(m_Context.m_Text), "aaaaaabb");
+}
