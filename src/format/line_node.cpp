@@ -2,6 +2,7 @@
 #include "format/line_node.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -24,6 +25,13 @@ namespace {
 // Verbatim lines are set in the fixed-width family for their scope.
 void SelectFixedWidth(TFmtContext& context) {
   if (TFontFamily::fg_pFixedWidth) TFontFamily::fg_pFixedWidth->MakeCurrentAndSelect(context);
+}
+
+// "http:" and the like; "file:" and a plain path are local.
+bool HasRemoteScheme(const char* url) {
+  const char* p = url;
+  while (std::isalpha(static_cast<unsigned char>(*p))) ++p;
+  return *p == ':' && p - url > 1 && strnicmp(url, "file:", 5) != 0;
 }
 
 TFmtLineNode* VerbatimLine(const char* text) {
@@ -168,9 +176,10 @@ TFmtNode* TFmtLineNode::ParseTex_includeverbatim(TFmtControlSequenceNode*, TTexT
   const CString url = MergeUrls(loader->Get_CurrentUrl(), name, ok);
   CString text;
   if (!ok || !loader->LoadStringFromUrl(url, text, 1, source.Get_DocumentNode())) {
-    // A local file that is missing will not come: say so in the text. Any
-    // other is not there yet, and the parse waits for it as for \input.
-    if (!ok || strnicmp(url.c_str(), "file:", 5) == 0) {
+    // A local file (a file: URL or a plain path) that is missing will not
+    // come: say so in the text. One from elsewhere is not there yet, and the
+    // parse waits for it as for \input.
+    if (!ok || !HasRemoteScheme(url.c_str())) {
       list->AddTail(VerbatimLine(TStringPool::g_pGlobal->Put("Could not locate input document " + url + ".")));
       return list.release();
     }

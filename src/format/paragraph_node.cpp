@@ -20,16 +20,24 @@
 namespace {
 TFmtNode* Node(CObject* o) { return static_cast<TFmtNode*>(o); }
 
-int IsProgramFill(const TFmtNode* node) {
+// Fill glue, tested cheaply first: every blank of the text is glue, and the
+// full test reads its units.
+const TFmtGlueNode* FillGlue(const TFmtNode* node) {
   const TFmtGlueNode* glue = node->IsGlueNode();
-  return glue && !glue->Get_UserSupplied() && node->IsHorizontalFillGlue();
+  return glue && glue->Get_Kind() == k_GlueSkip && glue->Get_Stretch() && node->IsHorizontalFillGlue() ? glue
+                                                                                                       : nullptr;
+}
+
+int IsProgramFill(const TFmtNode* node) {
+  const TFmtGlueNode* glue = FillGlue(node);
+  return glue && !glue->Get_UserSupplied();
 }
 
 // Children that take the height of their line, so that selection and
 // highlight show as bars as high as the line.
 int TakesLineHeight(const TFmtNode* node) {
-  return node->IsGroupNode() || node->IsControlCharacterNode() || node->IsControlSequenceNode() ||
-         node->IsCharacterNode() || node->IsSequenceNode() || node->IsGlueNode();
+  return node->IsSequenceNode() || node->IsGlueNode() || node->IsCharacterNode() || node->IsControlSequenceNode() ||
+         node->IsControlCharacterNode() || node->IsGroupNode();
 }
 
 // Raises a reflow-only status to "everything" for a scope: a reflow must
@@ -87,13 +95,13 @@ void TFmtParagraphNode::Set_Width(TFmtUnitNode* width) {
 
 void TFmtParagraphNode::AddHead(TFmtNode* node) {
   if (!node) return;
-  if (!m_bHasFill && node->IsHorizontalFillGlue()) m_bHasFill = 1;
+  if (!m_bHasFill && FillGlue(node)) m_bHasFill = 1;
   m_Children.AddHead(node);
 }
 
 void TFmtParagraphNode::AddTailSimple(TFmtNode* node) {
   if (!node) return;
-  if (!m_bHasFill && node->IsHorizontalFillGlue()) m_bHasFill = 1;
+  if (!m_bHasFill && FillGlue(node)) m_bHasFill = 1;
   m_Children.AddTail(node);
 }
 
@@ -185,7 +193,7 @@ restart:
       }
     }
     // 3. User fill starts from nothing; program fill of the last run goes.
-    if (cur->IsHorizontalFillGlue()) {
+    if (FillGlue(cur)) {
       TFmtGlueNode* glue = cur->IsGlueNode();
       if (!glue->Get_UserSupplied()) {
         m_Children.RemoveAt(curPos);
@@ -257,17 +265,16 @@ void TFmtParagraphNode::ProcessHorizontalFill(TFmtContext& context) {
   if (!m_bHasFill || m_bFillProcessed) return;
   m_bFillProcessed = 1;
   const int64_t available = static_cast<int64_t>(context.m_nRightMargin) - context.m_nLeftMargin;
-  CObList line;  // not owned: the current line's children
+  // Only fill glue takes a share, so only fill glue is listed; the widths of
+  // all of a line's children count.
+  CObList fills;  // not owned: the current line's fill glue
   int64_t width = 0;
-  bool lineHasFill = false;
   auto share = [&]() {
-    if (lineHasFill && !line.IsEmpty()) {
-      const int64_t free = available - width;
-      if (free >= 1) ExpandInfinitelyStretchableGlue(&line, static_cast<int>(std::min<int64_t>(free, INT32_MAX)), context);
-    }
-    line.RemoveAll();
+    const int64_t free = available - width;
+    if (!fills.IsEmpty() && free >= 1)
+      ExpandInfinitelyStretchableGlue(&fills, static_cast<int>(std::min<int64_t>(free, INT32_MAX)), context);
+    fills.RemoveAll();
     width = 0;
-    lineHasFill = false;
   };
   for (CObject* o : m_Children) {
     TFmtNode* child = Node(o);
@@ -275,9 +282,8 @@ void TFmtParagraphNode::ProcessHorizontalFill(TFmtContext& context) {
       share();
       continue;
     }
-    line.AddTail(child);
     width += child->m_pExtent->m_nWidth;
-    if (child->IsHorizontalFillGlue()) lineHasFill = true;
+    if (FillGlue(child)) fills.AddTail(child);
   }
   share();
 }
@@ -333,8 +339,21 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
         first.MaxWidth(line.m_nWidth);
       }
     };
-    for (CObject* o : m_Children) {
-      TFmtNode* child = Node(o);
+    // Leaves take the height and depth of their line, so that selection and
+    // highlight show as bars of the line's height. Each line's children are
+    // raised as soon as the line is known, while they are still in cache.
+    auto raise = [](CObList::POSITION from, CObList::POSITION to, const TFmtExtent& of) {
+      for (; from != to; ++from) {
+        TFmtNode* child = Node(*from);
+        if (TakesLineHeight(child)) {
+          child->m_pExtent->MaxHeight(of.m_nHeight);
+          child->m_pExtent->MaxDepth(of.m_nDepth);
+        }
+      }
+    };
+    auto lineStart = m_Children.GetHeadPosition();
+    for (auto position = m_Children.GetHeadPosition(); position != m_Children.GetEnd(); ++position) {
+      TFmtNode* child = Node(*position);
       child->m_Position = m_Position;
       TFmtLineBreakNode* lineBreak = child->IsLineBreakNode();
       if (!lineBreak) {
@@ -348,7 +367,9 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
       addLine();
       lineBreak->m_nAdvance = line.m_nDepth;
       if (prev) prev->m_nAdvance += line.m_nHeight + gap;
-      lineBreak->m_pExtent->Reset(&line);
+      lineBreak->m_pExtent->Reset(0, 0, 0);
+      raise(lineStart, position, line);
+      lineStart = std::next(position);
       last = line;
       line.Reset(0, 0, 0);
       prev = lineBreak;
@@ -360,21 +381,9 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
       last = line;
     }
     if (prev && GetTail() != prev) prev->m_nAdvance += line.m_nHeight + gap;
+    raise(lineStart, m_Children.GetEnd(), last);
     addLine();
     *m_pExtent = first;
-
-    // Leaves take the height and depth of their line.
-    TFmtExtent current = last;
-    for (auto it = m_Children.end(); it != m_Children.begin();) {
-      TFmtNode* child = Node(*--it);
-      if (TFmtLineBreakNode* lineBreak = child->IsLineBreakNode()) {
-        current = *lineBreak->m_pExtent;
-        lineBreak->m_pExtent->Reset(0, 0, 0);
-      } else if (TakesLineHeight(child)) {
-        child->m_pExtent->MaxHeight(current.m_nHeight);
-        child->m_pExtent->MaxDepth(current.m_nDepth);
-      }
-    }
 
     TFmtExtent& extent = *m_pExtent;
     if (m_nAlignment == k_AlignCentre) {

@@ -381,8 +381,8 @@ TEST_F(Paragraphs, LongParagraphsAndDeepBoxesCostNoStackPerChild) {
 }
 
 TEST_F(Paragraphs, VerbatimLinesAreExactlyTheFontsAscentAndDescent) {
-  auto body = Body("\\begin{verbatim}\nab cd\n\\end{verbatim}\n\\includeverbatim{}");
-  ASSERT_EQ(body->GetCount(), 2);
+  auto body = Body("\\begin{verbatim}\nab cd\n\\end{verbatim}\n\\includeverbatim{no-such-file.txt}\\includeverbatim{}");
+  ASSERT_EQ(body->GetCount(), 3);
   auto* verbatim = body->GetHead()->IsVerticalListNode();
   ASSERT_NE(verbatim, nullptr);
   Compose(body.get(), 200, k_ComposeEverything);
@@ -400,6 +400,10 @@ TEST_F(Paragraphs, VerbatimLinesAreExactlyTheFontsAscentAndDescent) {
   CString message;
   body->GetTail()->SimplyStringify(message);
   EXPECT_EQ(std::string(message.c_str()), "Could not identify file name in \\includeverbatim.\r\n");
+  // A local file that is not there is said so in the text; the parse goes on.
+  CString missing;
+  body->GetNth(2)->SimplyStringify(missing);
+  EXPECT_EQ(std::string(missing.c_str()).rfind("Could not locate input document ", 0), 0u) << missing.c_str();
 }
 
 TEST(CompositionStatus, PendingValuesMergeAndComposedOrEverythingAlwaysTakes) {
