@@ -105,6 +105,27 @@ void TFmtParagraphNode::AddTailSimple(TFmtNode* node) {
   m_Children.AddTail(node);
 }
 
+TFmtParagraphNode::~TFmtParagraphNode() {
+  while (!m_SpareBreaks.IsEmpty()) delete Node(m_SpareBreaks.RemoveHead());
+  while (!m_SpareFills.IsEmpty()) delete Node(m_SpareFills.RemoveHead());
+}
+
+TFmtLineBreakNode* TFmtParagraphNode::NewSoftBreak() {
+  if (m_SpareBreaks.IsEmpty()) return new TFmtLineBreakNode(0, k_LineBreakBackslash);
+  auto* spare = static_cast<TFmtLineBreakNode*>(m_SpareBreaks.RemoveTail());
+  spare->m_nAdvance = 0;
+  spare->m_pExtent->Reset(0, 0, 0);
+  return spare;
+}
+
+TFmtGlueNode* TFmtParagraphNode::NewProgramFill() {
+  if (m_SpareFills.IsEmpty()) return TFmtGlueNode::New_hfilll();
+  auto* spare = static_cast<TFmtGlueNode*>(m_SpareFills.RemoveTail());
+  spare->SetActualSpaceToBeNormalSpace();
+  spare->m_pExtent->Reset(0, 0, 0);
+  return spare;
+}
+
 int TFmtParagraphNode::HoldsOnlyProgramFill() const {
   for (CObject* o : m_Children)
     if (!IsProgramFill(Node(o))) return 0;
@@ -161,19 +182,19 @@ restart:
         while (TFmtNode* white = lineBreak->RemoveTextTail()) m_Children.InsertAfter(curPos, white);
         position = std::next(curPos);
         m_Children.RemoveAt(curPos);
-        delete lineBreak;
+        m_SpareBreaks.AddTail(lineBreak);
         continue;
       }
       x = context.m_nLeftMargin;
       if (m_nJustification == 3) {
-        m_Children.InsertBefore(curPos, TFmtGlueNode::New_hfilll());
-        m_Children.InsertAfter(curPos, TFmtGlueNode::New_hfilll());
+        m_Children.InsertBefore(curPos, NewProgramFill());
+        m_Children.InsertAfter(curPos, NewProgramFill());
         m_bHasFill = 1;
       } else if (m_nJustification == 2) {
-        m_Children.InsertAfter(curPos, TFmtGlueNode::New_hfilll());
+        m_Children.InsertAfter(curPos, NewProgramFill());
         m_bHasFill = 1;
       }
-      if (m_nJustification != 1 && curPos == m_Children.GetHeadPosition()) AddHead(TFmtGlueNode::New_hfilll());
+      if (m_nJustification != 1 && curPos == m_Children.GetHeadPosition()) AddHead(NewProgramFill());
       lineBreak->Compose(context);
       // What follows a hard break starts a line as a paragraph's first child
       // does: a break before it would only make an empty line.
@@ -197,7 +218,7 @@ restart:
       TFmtGlueNode* glue = cur->IsGlueNode();
       if (!glue->Get_UserSupplied()) {
         m_Children.RemoveAt(curPos);
-        delete glue;
+        m_SpareFills.AddTail(glue);
         continue;
       }
       glue->SetActualSpace(new TFmtUnitNode(0, 1, k_UnitNone));
@@ -205,7 +226,7 @@ restart:
     }
     // 4. Flush right and centred lines start with fill.
     if ((m_nJustification == 2 || m_nJustification == 3) && curPos == m_Children.GetHeadPosition())
-      AddHead(TFmtGlueNode::New_hfilll());
+      AddHead(NewProgramFill());
     // 5.
     cur->m_pExtent->Reset(0, 0, 0);
     TFmtExtent* composed = cur->Compose(context);
@@ -221,15 +242,15 @@ restart:
     }
     // 9. Too long, and there is somewhere to break: break there.
     if (x + width > right && breakPos != end) {
-      auto* soft = new TFmtLineBreakNode(0, k_LineBreakBackslash);
+      TFmtLineBreakNode* soft = NewSoftBreak();
       x = context.m_nLeftMargin + tailWidth;
       if (m_nJustification == 3) {
-        m_Children.InsertBefore(breakPos, TFmtGlueNode::New_hfilll());
+        m_Children.InsertBefore(breakPos, NewProgramFill());
         m_bHasFill = 1;
       }
       m_Children.InsertBefore(breakPos, soft);
       if (m_nJustification == 2 || m_nJustification == 3) {
-        m_Children.InsertBefore(breakPos, TFmtGlueNode::New_hfilll());
+        m_Children.InsertBefore(breakPos, NewProgramFill());
         m_bHasFill = 1;
       }
       const bool atBreak = breakPos == curPos;
@@ -258,7 +279,7 @@ restart:
     prev = cur;
   }
   // 11. Centred text ends with fill, an empty paragraph included.
-  if (m_nJustification == 3) AddTailSimple(TFmtGlueNode::New_hfilll());
+  if (m_nJustification == 3) AddTailSimple(NewProgramFill());
 }
 
 void TFmtParagraphNode::ProcessHorizontalFill(TFmtContext& context) {
@@ -303,12 +324,19 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
   {
     TStatusRaise raise(context);
     Reflow(context);
-    ProcessHorizontalFill(context);
   }
   m_pExtent->Reset(0, 0, 0);
   m_nVerticalShift = 0;
   m_LineExtents.clear();
-  if (!HoldsOnlyProgramFill()) {
+  if (HoldsOnlyProgramFill()) {
+    ProcessHorizontalFill(context);
+  } else {
+    // The fill share-out of ProcessHorizontalFill, line by line in the same
+    // walk that measures the lines: one pass over the children, not two.
+    const bool shareFill = m_bHasFill && !m_bFillProcessed;
+    if (shareFill) m_bFillProcessed = 1;
+    const int64_t available = static_cast<int64_t>(context.m_nRightMargin) - context.m_nLeftMargin;
+    CObList fills;  // not owned: the current line's fill glue
     TExtendedFont* font = TExtendedFont::fg_pCurrent;
     const int gap = font ? font->ExternalLeading(context) : 0;
     // The strut: "M" high and "p" deep in the current font, measured once.
@@ -351,6 +379,17 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
         }
       }
     };
+    auto shareOut = [&]() {
+      const int64_t free = available - line.m_nWidth;
+      if (!fills.IsEmpty() && free >= 1) {
+        int64_t before = 0, after = 0;
+        for (CObject* o : fills) before += Node(o)->m_pExtent->m_nWidth;
+        ExpandInfinitelyStretchableGlue(&fills, static_cast<int>(std::min<int64_t>(free, INT32_MAX)), context);
+        for (CObject* o : fills) after += Node(o)->m_pExtent->m_nWidth;
+        line.m_nWidth = static_cast<int32_t>(line.m_nWidth + after - before);
+      }
+      fills.RemoveAll();
+    };
     auto lineStart = m_Children.GetHeadPosition();
     for (auto position = m_Children.GetHeadPosition(); position != m_Children.GetEnd(); ++position) {
       TFmtNode* child = Node(*position);
@@ -361,8 +400,10 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
         line.m_nWidth += e.m_nWidth;
         line.MaxHeight(e.m_nHeight);
         line.MaxDepth(e.m_nDepth);
+        if (shareFill && FillGlue(child)) fills.AddTail(child);
         continue;
       }
+      if (shareFill) shareOut();
       if (line.Sum() > 0) applyStrut(line);  // an empty line gets none
       addLine();
       lineBreak->m_nAdvance = line.m_nDepth;
@@ -374,6 +415,7 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
       line.Reset(0, 0, 0);
       prev = lineBreak;
     }
+    if (shareFill) shareOut();
     // The last line takes its strut before its height joins the advance
     // above it, as every other line does.
     if (line.Sum() > 0) {

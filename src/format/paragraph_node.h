@@ -21,6 +21,7 @@ class TFmtParagraphNode : public TFmtCompoundNode {
   TFmtParagraphNode(KAlignment alignment = k_AlignTop, TFmtUnitNode* pWidth = nullptr);
   TFmtParagraphNode(const TFmtParagraphNode& other);
   TFmtParagraphNode& operator=(const TFmtParagraphNode&) = delete;
+  ~TFmtParagraphNode() override;
 
   TFmtNode* Copy() const override { return CopyDerived(); }
   TFmtParagraphNode* CopyDerived() const { return new TFmtParagraphNode(*this); }
@@ -68,6 +69,10 @@ class TFmtParagraphNode : public TFmtCompoundNode {
   int HasWidth() const { return m_pWidth->Get_Numerator() != 0; }
   // True when the list holds nothing but program fill.
   int HoldsOnlyProgramFill() const;
+  // Soft breaks and program fill that a reflow took out are kept for the
+  // next one: a resize then makes and frees no nodes for them.
+  TFmtLineBreakNode* NewSoftBreak();
+  TFmtGlueNode* NewProgramFill();
 
   // ---- fields, in order ----
   int m_nJustification = 1;  // 1 ragged right, 2 ragged left, 3 centred
@@ -78,4 +83,6 @@ class TFmtParagraphNode : public TFmtCompoundNode {
   int32_t m_nVerticalShift = 0;
 
   std::vector<TFmtExtent> m_LineExtents;
+  CObList m_SpareBreaks;  // of TFmtLineBreakNode, owned, out of the list; not copied
+  CObList m_SpareFills;   // of program TFmtGlueNode, owned, out of the list; not copied
 };
