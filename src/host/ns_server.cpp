@@ -3,9 +3,11 @@
 #include <arpa/inet.h>
 #include <netdb.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "host/zephrin_stat.h"
@@ -41,4 +43,54 @@ void NSServer::InitializeNetwork() {
   if (getsockname(m_nListenSocket, reinterpret_cast<sockaddr*>(&m_ListenAddress), &length) < 0)
     stat->ErrorExit(3, "NSServer::InitializeNetwork : getting socket name");
   listen(m_nListenSocket, kBacklog);
+}
+
+namespace {
+// The shim is trusted to send whole records; one that stalls mid-record
+// must not hold the only thread for ever.
+constexpr int kReadTimeoutSeconds = 5;
+
+void WriteAll(int fd, const char* p, size_t left) {
+  while (left > 0) {
+    ssize_t n = write(fd, p, left);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return;
+    p += n;
+    left -= static_cast<size_t>(n);
+  }
+}
+}  // namespace
+
+int NSServer::Read(int descriptor, char* buffer, int capacity) {
+  ZephrinStat* stat = ZephrinStat::GetZephrinStatObject();
+  timeval limit{kReadTimeoutSeconds, 0};
+  setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+  ssize_t got = read(descriptor, buffer, static_cast<size_t>(capacity));
+  if (got == 0) return 0;
+  if (got < 9) stat->ErrorExit(5, "NSServer::Read : less than 8 bytes received");
+  uint32_t total;
+  std::memcpy(&total, buffer + 4, sizeof total);
+  if (total > static_cast<uint32_t>(capacity))
+    stat->ErrorExit(5, "NSServer::Read : record longer than the buffer");
+  while (got < static_cast<ssize_t>(total)) {
+    ssize_t n = read(descriptor, buffer + got, total - static_cast<size_t>(got));
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) stat->ErrorExit(5, "NSServer::Read : record ended before its length");
+    got += n;
+  }
+  return static_cast<int>(total);
+}
+
+int NSServer::Write(const char* record, int length) {
+  m_ClientDataAddress.sin_family = AF_INET;
+  int fd = socket(AF_INET, SOCK_STREAM, 0);
+  if (fd < 0) ZephrinStat::GetZephrinStatObject()->ErrorExit(1, "ZRServer::Write : opening stream socket to client");
+  char on = 1;
+  setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  if (connect(fd, reinterpret_cast<sockaddr*>(&m_ClientDataAddress), sizeof m_ClientDataAddress) == 0)
+    WriteAll(fd, record, static_cast<size_t>(length));
+  else
+    ZephrinStat::GetZephrinStatObject()->ErrorMessage(4, "ZRServer::Write : connecting to client");
+  close(fd);
+  return length;
 }

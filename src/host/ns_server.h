@@ -16,11 +16,21 @@ class NSServer {
   // with status 1, 2 or 3.
   void InitializeNetwork();
 
+  // Reads one record: 0 when the peer closed at once. A record under 9
+  // bytes, one whose declared length exceeds capacity, and a peer that stops
+  // before its declared length (or stalls for seconds) end the process with
+  // status 5.
+  int Read(int descriptor, char* buffer, int capacity);
+  // Sends one record to the data address. A refused connection loses the
+  // record; the process goes on.
+  int Write(const char* record, int length);
+
   const char* GetZRHomeDir() const { return m_szZRHomeDir; }
   const char* GetUserHomeDir() const { return m_szUserHomeDir; }
   int GetListenSocket() const { return m_nListenSocket; }
   const sockaddr_in& GetListenAddress() const { return m_ListenAddress; }
   const sockaddr_in& GetControlAddress() const { return m_ClientControlAddress; }
+  const sockaddr_in& GetDataAddress() const { return m_ClientDataAddress; }
   int GetParentId() const { return m_nParentId; }
 
  protected:

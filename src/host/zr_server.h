@@ -5,7 +5,9 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xlib.h>
 
+#include "host/link_records.h"
 #include "host/ns_server.h"
+#include "host/zr_document.h"
 
 class ZRServer : public NSServer {
  public:
@@ -38,8 +40,41 @@ class ZRServer : public NSServer {
   // Sends the start-up report to the shim's control address.
   void InitComplete(int ok);
 
-  // The 50 ms tick: ends the process once the parent has gone.
+  // The 50 ms tick: ends the process once the parent has gone, else takes
+  // at most one record and hands it to its handler.
   static void OnTimeOutHelper(XtPointer server, XtIntervalId* id);
+  static void OnClientHelper(Widget, XtPointer, XEvent*, Boolean*) {}
+  // Checks the record's length for its type, then calls the handler. Every
+  // handler renews the timer as its last act (Resize before SetWindow does
+  // not, and the ticks stop).
+  void Dispatch(const char* record, int length);
+
+  // ---- records from the shim ----
+  void New(const zlink::TNewMessage* message);
+  void Destroy(const zlink::THeader* message);
+  void SetWindow(const zlink::TSetWindowMessage* message);
+  void StreamAsFile(const char* record, int length);
+  void Resize(const zlink::TResizeMessage* message);
+  void ReloadDocument(const char* record, int length);
+  void GetDocument(const zlink::THeader* message);
+
+  // ---- records to the shim ----
+  int GetURL(ZRDocument* document, const char* url, const char* target);
+  int NSStatus(ZRDocument* document, const char* text);
+  // Wakes a shim that waits in the browser's event loop.
+  void SendClientEvent(unsigned long window);
+  const char* UserAgent(ZRDocument*) const { return "hello"; }
+  // The widgets of an instance's view, reparented into the browser window.
+  void InitializeWindow(ZRDocument* document, unsigned long window, unsigned long x, unsigned long y,
+                        unsigned long width, unsigned long height);
+
+  // The document text reply: the text cut to 999 characters when longer.
+  static void FillDocumentText(zlink::TTextRecord* record, const char* text);
+  // The status record: a text of 1000 characters or more reads "Ready".
+  static void FillStatus(zlink::TTextRecord* record, int32_t id, const char* text);
+
+  DList& GetDocumentList() { return m_Documents; }
+  int GetRecordsHandled() const { return m_nRecords; }
 
   Display* GetDisplay() const { return m_pDisplay; }
   int GetScreen() const { return m_nScreen; }
@@ -50,7 +85,10 @@ class ZRServer : public NSServer {
   Widget GetTopLevel() const { return m_TopLevel; }
 
  private:
-  // The document list of the link comes here.
+  ZRDocument* FindDocument(int32_t id) const;
+
+  DList m_Documents;
+  int m_nRecords = 0;
   Display* m_pDisplay = nullptr;
   int m_nScreen = 0;
   Visual* m_pVisual = nullptr;
