@@ -330,8 +330,7 @@ TFmtNode* TFmtUnitNode::ParseTex(TTexTokenSource& source) {
              text && ((text[0] >= '0' && text[0] <= '9') || text[0] == '.')) {
     bool afterPoint = false;
     for (const char* p = text; *p; ++p) {
-      if (*p == '.') {
-        if (afterPoint) break;
+      if (*p == '.') {  // a second point changes nothing: "3.1.4" is 3.14
         afterPoint = true;
         continue;
       }
