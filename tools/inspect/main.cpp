@@ -10,7 +10,9 @@
 int InspectVerb_draw(int argc, char** argv);
 int InspectVerb_fontchart(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
+int InspectVerb_tex(int argc, char** argv);
 int InspectVerb_tokens(int argc, char** argv);
+int InspectVerb_tree(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
@@ -18,7 +20,9 @@ const InspectVerbEntry fg_Verbs[] = {
     {"draw", "[--no-window] [--screen PWxPH/MWxMH] SCRIPT", InspectVerb_draw},
     {"fontchart", "FONTNAME OUT.png", InspectVerb_fontchart},
     {"props", "NAME", InspectVerb_props},
+    {"tex", "FILE", InspectVerb_tex},
     {"tokens", "FILE [--expand]", InspectVerb_tokens},
+    {"tree", "FILE", InspectVerb_tree},
     {nullptr, nullptr, nullptr},
 };
 
