@@ -1,7 +1,7 @@
 #include "tex/arguments.h"
 
-#include <string>
 #include <memory>
+#include <string>
 
 #include "format/compound_node.h"
 #include "format/leaf_nodes.h"
