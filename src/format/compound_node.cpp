@@ -417,7 +417,7 @@ TFmtGenericArgumentedNode::TFmtGenericArgumentedNode(const TFmtGenericArgumented
       m_nHandlerData2(other.m_nHandlerData2),
       m_pName(other.m_pName),
       m_nArgumentCount(other.m_nArgumentCount),
-      m_pArguments(other.m_pArguments->CopyDerived()),
+      m_pArguments(static_cast<TFmtCompoundNode*>(other.m_pArguments->Copy())),
       m_nOptionalMask(other.m_nOptionalMask),
       m_nBareMask(other.m_nBareMask) {}
 

@@ -82,7 +82,7 @@ TFmtDisplayMathNode::TFmtDisplayMathNode(const TFmtDisplayMathNode& other)
       m_bLeftNumber(other.m_bLeftNumber),
       m_bRecompute(1),
       m_Type(other.m_Type),
-      m_pEqno(other.m_pEqno->CopyDerived()),
+      m_pEqno(static_cast<TFmtCompoundNode*>(other.m_pEqno->Copy())),
       m_nNumberOffset(other.m_nNumberOffset),
       m_nContentOffset(other.m_nContentOffset),
       m_nContentWidth(other.m_nContentWidth) {}

@@ -24,8 +24,9 @@ TFmtOverNode::TFmtOverNode(KOverType type, int bCollecting, TFmtCompoundNode* to
 TFmtOverNode::TFmtOverNode(const TFmtOverNode& other)
     : TFmtNode(other),
       m_bCollecting(other.m_bCollecting),
-      m_pTop(other.m_pTop->CopyDerived()),
-      m_pBottom(other.m_pBottom->CopyDerived()),
+      // Copy, not CopyDerived: a part may be a math node, whose class must stay.
+      m_pTop(static_cast<TFmtCompoundNode*>(other.m_pTop->Copy())),
+      m_pBottom(static_cast<TFmtCompoundNode*>(other.m_pBottom->Copy())),
       m_pThickness(other.m_pThickness ? other.m_pThickness->Copy() : nullptr),
       m_Type(other.m_Type),
       m_nTopShift(other.m_nTopShift),

@@ -1,6 +1,7 @@
 #include "tex/arguments.h"
 
 #include <memory>
+#include <string>
 
 #include "format/compound_node.h"
 #include "format/leaf_nodes.h"
@@ -98,19 +99,15 @@ TFmtNode* NextTexMacroRawArgObeyLines(TTexTokenSource& source) {
 }
 
 TFmtNode* NextTexIntegerArg(TTexTokenSource& source) {
-  CString text;
   std::unique_ptr<TTexToken> token(source.NextToken(1, 1));
-  if (token) {
-    if (token->IsCharacter('-')) {
-      text = "-";
-    } else {
-      source.PutBack(token.release());
-    }
-    CString digits;
-    source.NextPositiveInteger(digits);
-    text += digits;
-  }
-  return new TFmtSequenceNode(text);
+  if (!token) return new TFmtSequenceNode("");
+  const bool negative = token->IsCharacter('-');
+  if (!negative) source.PutBack(token.release());
+  CString digits;
+  source.NextPositiveInteger(digits);
+  std::string text(negative ? 1 : 0, '-');
+  text.append(digits.c_str());
+  return new TFmtSequenceNode(text.c_str());
 }
 
 TFmtNode* ParseTexFromString(const char* text) {
