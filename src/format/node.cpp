@@ -5,6 +5,7 @@
 
 #include "device/font_family.h"
 #include "format/context.h"
+#include "format/glue_node.h"
 #include "framework/gdi_objects.h"
 #include "framework/wnd.h"
 #include "symbols/global_strings.h"
@@ -149,6 +150,7 @@ void TFmtNode::InitializeTexParser() {
   fg_bTexParserInitialized = 1;
   // Each node class's parser table joins here, in a fixed order, as the
   // classes arrive; the generic readers' table comes last.
+  TFmtGlueNode::InitializeTexParser();
 }
 
 void TFmtNode::InitializeDrawProperties() {
