@@ -40,7 +40,6 @@ TEST(InspectFonts, NamesAndSizesWithoutAServer) {
   EXPECT_EQ(name.status, 0);
   EXPECT_EQ(name.out, "-corvane-zrcmr-medium-r-normal--*-130-75-75-p-*-iso8859-1\n");
   EXPECT_EQ(Inspect("relsize 2 6").out, "4\n");
-  EXPECT_EQ(Inspect("relsize 7 9").out, "9\n");
   EXPECT_EQ(Inspect("relsize x 9").status, 2);
 }
 
