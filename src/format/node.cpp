@@ -6,6 +6,11 @@
 #include "device/font_family.h"
 #include "format/context.h"
 #include "format/glue_node.h"
+#include "format/leaf_nodes.h"
+#include "math/math_node.h"
+#include "math/over_node.h"
+#include "math/scripted_node.h"
+#include "tex/families/parser_tables.h"
 #include "framework/gdi_objects.h"
 #include "framework/wnd.h"
 #include "symbols/global_strings.h"
@@ -146,11 +151,21 @@ void TFmtNode::SetIsHighlighted(int flag) { ApplyRecursively(SetNodeHighlight, &
 void TFmtNode::SetIsSelected(int flag) { ApplyRecursively(SetNodeSelect, &flag); }
 
 void TFmtNode::InitializeTexParser() {
-  if (fg_bTexParserInitialized) return;
-  fg_bTexParserInitialized = 1;
+  // Once per pool: a pool freed and made again (tests do this) loads again.
+  TStringPool::InitializeGlobal();
+  TGlobalString::Initialize();
+  if (fg_bTexParserInitialized == TStringPool::Get_GlobalGeneration()) return;
+  fg_bTexParserInitialized = TStringPool::Get_GlobalGeneration();
   // Each node class's parser table joins here, in a fixed order, as the
-  // classes arrive; the generic readers' table comes last.
+  // classes arrive; the generic readers' tables come last.
   TFmtGlueNode::InitializeTexParser();
+  TFmtDisplayMathNode::InitializeTexParser();
+  TFmtOverNode::InitializeTexParser();
+  TFmtScriptedNode::InitializeTexParser();
+  RegisterParsers(TextCommandParserTable());
+  RegisterParsers(ArityParserTable());
+  TGlobalString::PutAxiomLogLikeProperties(
+      [](const char* spelling) -> TCopyableNode* { return new TFmtSequenceNode(spelling); });
 }
 
 void TFmtNode::InitializeDrawProperties() {

@@ -7,6 +7,7 @@
 #include "device/font_family.h"
 #include "errors/parse_errors.h"
 #include "format/document_node.h"
+#include "format/node.h"
 #include "framework/files.h"
 #include "host/np_doc.h"
 #include "host/np_view.h"
@@ -30,9 +31,9 @@ int CNpZephrinApp::InitInstance() {
   UpdateFromRegistry();
   TStringPool::InitializeGlobal();
   TGlobalString::Initialize();
-  // TFmtNode::InitializeTexParser();           every node class enters its control sequences
+  TFmtNode::InitializeTexParser();  // every node class enters its control sequences
   // TMacroProperty::Initialize();              the built-in macros
-  // TFmtNode::InitializeDrawProperties();      the _EXTENT and _DRAW handlers
+  TFmtNode::InitializeDrawProperties();  // the _EXTENT and _DRAW handlers
   TGlobalString::InitializeSymbolFonts();
   Resource::GetResourceObject()->SetPropertyPages();
   // \input of documents on screen goes through the browser.

@@ -106,6 +106,8 @@ class TTexTokenSource : public CObject {
   void InsertNamedInputFile(int once, CString& name);
   void Set_DocumentNode(TFmtDocumentNode* document) { m_pDocument = document; }
   TFmtDocumentNode* Get_DocumentNode() const { return m_pDocument; }
+  // \bibitem without a label numbers its items per source: 1, 2, ...
+  int NextBibItemNumber() { return ++m_nBibItemCounter; }
 
   // The macro whose body is being read, so that "#1" in it is bound to it.
   void PushDefiningMacroName(const char* name) { m_DefiningMacroNames.push_back(name); }
@@ -193,6 +195,7 @@ class TTexTokenSource : public CObject {
   EState m_State = kStartOfLine;
   TInputReader m_pInputReader = &TTexTokenSource::NextNormalInputToken;
   TFmtDocumentNode* m_pDocument = nullptr;  // not owned
+  int m_nBibItemCounter = 0;
   int m_nNesting = 0;  // open conditionals and \csname reads
   const char* m_pCapturingMacroName = nullptr;  // the macro whose arguments are being read
 

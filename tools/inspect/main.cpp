@@ -17,7 +17,9 @@ int InspectVerb_metrics(int argc, char** argv);
 int InspectVerb_props(int argc, char** argv);
 int InspectVerb_relsize(int argc, char** argv);
 int InspectVerb_stretch(int argc, char** argv);
+int InspectVerb_tex(int argc, char** argv);
 int InspectVerb_tokens(int argc, char** argv);
+int InspectVerb_tree(int argc, char** argv);
 
 namespace {
 const InspectVerbEntry fg_Verbs[] = {
@@ -30,7 +32,9 @@ const InspectVerbEntry fg_Verbs[] = {
     {"props", "NAME", InspectVerb_props},
     {"relsize", "SIZE BASE", InspectVerb_relsize},
     {"stretch", "TAG CODE [HEIGHT DEPTH EXTRA]...", InspectVerb_stretch},
+    {"tex", "FILE", InspectVerb_tex},
     {"tokens", "FILE [--expand]", InspectVerb_tokens},
+    {"tree", "FILE", InspectVerb_tree},
     {nullptr, nullptr, nullptr},
 };
 

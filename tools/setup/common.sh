@@ -8,6 +8,7 @@ ZEPHRIN_PACKAGES=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth x11-xserver-utils x11-utils xfonts-utils
   fonts-lmodern python3-fonttools
+  clang-14 libclang-rt-14-dev
 )
 
 ensure_packages() {
