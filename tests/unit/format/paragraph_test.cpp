@@ -443,3 +443,35 @@ TEST_F(Paragraphs, DrawPlacesEachLineAnAdvanceBelowTheLast) {
   EXPECT_EQ(body->GetTail()->m_Position.y, -56);
   EXPECT_EQ(std::string(m_Context.m_Text), "aaaaaabb");
 }
+
+TEST_F(Paragraphs, BoxesOfVerticalListsTakeTheirReferencePoint) {
+  // Two paragraphs inside: 12 + 4, the skip 12, 12 + 4: 44 below the top.
+  const struct {
+    const char* text;
+    int height, depth;
+  } boxes[] = {
+      {"\\vtop{aa\\par bb}", 0, 44},  // the top is the baseline
+      {"\\vbox{aa\\par bb}", 40, 4},  // the last baseline is
+  };
+  for (const auto& b : boxes) {
+    SCOPED_TRACE(b.text);
+    std::unique_ptr<TFmtCompoundNode> root = ztest::ParseDocument(b.text);
+    ASSERT_EQ(root->GetCount(), 1);
+    TFmtNode* box = root->GetHead();
+    ASSERT_NE(box->IsVerticalListNode(), nullptr);
+    m_Context.m_nLeftMargin = 0;
+    m_Context.m_nRightMargin = 200;
+    box->Compose(m_Context);
+    EXPECT_EQ(box->m_pExtent->m_nHeight, b.height);
+    EXPECT_EQ(box->m_pExtent->m_nDepth, b.depth);
+    EXPECT_EQ(box->m_pExtent->m_nWidth, 20);
+  }
+  // A minipage is as wide as it says, whatever it holds.
+  auto body = Body("\\begin{minipage}[t]{50pt}aa\\end{minipage}");
+  Compose(body.get(), 400, k_ComposeEverything);
+  TFmtParagraphNode* paragraph = body->GetHead()->IsParagraphNode();
+  ASSERT_NE(paragraph, nullptr);
+  EXPECT_EQ(paragraph->GetHead()->m_pExtent->m_nWidth, 100);
+  EXPECT_EQ(ztest::SquashBlanks(ztest::PrintTexOf(paragraph->GetHead())),
+            "\\begin{minipage}[t]{50pt} \\par aa \\end{minipage}");
+}
