@@ -5,7 +5,11 @@
 
 #include "device/font_family.h"
 #include "format/context.h"
+#include "format/break_nodes.h"
 #include "format/glue_node.h"
+#include "format/line_node.h"
+#include "format/paragraph_node.h"
+#include "format/vertical_list_node.h"
 #include "format/leaf_nodes.h"
 #include "math/math_node.h"
 #include "math/over_node.h"
@@ -162,6 +166,13 @@ void TFmtNode::InitializeTexParser() {
   TFmtDisplayMathNode::InitializeTexParser();
   TFmtOverNode::InitializeTexParser();
   TFmtScriptedNode::InitializeTexParser();
+  TFmtGlueNode::InitializeTexParser();
+  TFmtVerticalListNode::InitializeProperties();
+  RegisterParsers(TFmtLineBreakNode::ParserTable());
+  RegisterParsers(TFmtParagraphNode::ParserTable());
+  RegisterParsers(TFmtVerticalListNode::ParserTable());
+  RegisterParsers(TFmtLineNode::ParserTable());
+  TFmtParagraphNode::InitializeDrawProperties();
   RegisterParsers(TextCommandParserTable());
   RegisterParsers(ArityParserTable());
   TGlobalString::PutAxiomLogLikeProperties(
@@ -174,6 +185,7 @@ void TFmtNode::InitializeDrawProperties() {
   // The handler tables of the families join here; the _ALWAYSDRAW names are
   // already ours to load.
   TGlobalString::InitializeAlwaysDrawProperties();
+  TFmtParagraphNode::InitializeDrawProperties();
 }
 
 void TFmtNode::ApplyRecursivelyList(CObList& list, void (*f)(TFmtNode*)) {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "device/context_xwin.h"
+#include "device/font_family.h"
 #include "errors/parse_errors.h"
 #include "format/document_node.h"
 #include "format/node.h"
@@ -43,7 +44,8 @@ int CNpZephrinApp::InitInstance() {
 int CNpZephrinApp::ExitInstance() {
   UpdateToRegistry();
   ShutDownRegistry();
-  // TFontFamily::DestroyAllFonts(); TFmtDocumentNode::DeleteTemporaryDocuments();
+  TFontFamily::DestroyAllFonts();
+  // TFmtDocumentNode::DeleteTemporaryDocuments();
   // TFmtDocumentNode::DeleteDocumentStorage(); TFmtImageNode_PI::FreeResources();
   TFmtContext_XWin::FreeResources();
   // TStringPool::FreeGlobal(); then the current

@@ -174,17 +174,21 @@ void Resource::SetColors() {
     m_Colors[i].pixel = static_cast<unsigned long>(i);
   }
   XQueryColors(m_pDisplay, m_Colormap, m_Colors, kColormapSize);
-  // The scaled table keeps each channel's high byte, for image dithering.
-  for (int i = 0; i < kColormapSize; ++i) {
-    m_ScaledColors[i].pixel = static_cast<uint32_t>(i);
-    m_ScaledColors[i].red = m_Colors[i].red >> 8;
-    m_ScaledColors[i].green = m_Colors[i].green >> 8;
-    m_ScaledColors[i].blue = m_Colors[i].blue >> 8;
-  }
+  m_bColorsRead = true;
+  CreateScaledColormap();
   for (int i = 0; i < kNamedColors; ++i) {
     const TNamedColor& c = fg_NamedColors[i];
     m_NamedColors[i] = CColorRef(c.red, c.green, c.blue, c.name);
     m_NamedColors[i].Allocate(m_pDisplay, m_Colormap, 1);
+  }
+}
+
+void Resource::CreateScaledColormap() {
+  for (int i = 0; i < kColormapSize; ++i) {
+    m_ScaledColors[i].pixel = static_cast<uint32_t>(m_Colors[i].pixel);
+    m_ScaledColors[i].red = m_Colors[i].red >> 8;
+    m_ScaledColors[i].green = m_Colors[i].green >> 8;
+    m_ScaledColors[i].blue = m_Colors[i].blue >> 8;
   }
 }
 
@@ -219,28 +223,54 @@ void Resource::SetColorInMaps(const TColorValue& color) {
   scaled.blue = color.blue >> 8;
 }
 
+namespace {
+// Whether the server knows `pixel` in a colormap of `visual`: asking for a
+// pixel it does not know is an X error.
+bool IsPixelOfVisual(const Visual* visual, uint32_t pixel) {
+  if (!visual) return false;
+  if (visual->c_class == TrueColor || visual->c_class == DirectColor)
+    return (pixel & ~(visual->red_mask | visual->green_mask | visual->blue_mask)) == 0;
+  return pixel < static_cast<uint32_t>(visual->map_entries);
+}
+}  // namespace
+
 void Resource::GetColorInColormap(TColorValue* color) const {
-  // On a true-colour screen the pixel itself holds the components; the
-  // start-up table only serves colormapped screens.
-  Visual* visual = m_pServer ? m_pServer->GetVisual() : nullptr;
-  if (!visual && m_pDisplay) visual = DefaultVisual(m_pDisplay, DefaultScreen(m_pDisplay));
-  if (visual && (visual->c_class == TrueColor || visual->c_class == DirectColor)) {
-    LookUpPixelComponents(visual, color);
+  if (color->pixel < static_cast<uint32_t>(kColormapSize) && m_bColorsRead) {
+    const XColor& cell = m_Colors[color->pixel];
+    color->red = cell.red;
+    color->green = cell.green;
+    color->blue = cell.blue;
     return;
   }
-  if (color->pixel >= static_cast<uint32_t>(kColormapSize)) return;
-  const XColor& cell = m_Colors[color->pixel];
+  Visual* visual = m_pServer ? m_pServer->GetVisual() : nullptr;
+  if (!visual && m_pDisplay) visual = DefaultVisual(m_pDisplay, DefaultScreen(m_pDisplay));
+  if (!m_bColorsRead || !m_pDisplay) {
+    // Nothing read yet: a true-colour pixel still tells its components.
+    if (visual && (visual->c_class == TrueColor || visual->c_class == DirectColor)) LookUpPixelComponents(visual, color);
+    return;
+  }
+  // A deep screen's pixel beyond the cells read: the server knows it.
+  if (!IsPixelOfVisual(visual, color->pixel)) return;
+  XColor cell{};
+  cell.pixel = color->pixel;
+  XQueryColor(m_pDisplay, m_Colormap, &cell);
   color->red = cell.red;
   color->green = cell.green;
   color->blue = cell.blue;
 }
 
 void Resource::GetColorInScaledColormap(TColorValue* color) const {
-  if (color->pixel >= static_cast<uint32_t>(kColormapSize)) return;
-  const TColorValue& cell = m_ScaledColors[color->pixel];
-  color->red = cell.red;
-  color->green = cell.green;
-  color->blue = cell.blue;
+  if (color->pixel < static_cast<uint32_t>(kColormapSize)) {
+    const TColorValue& cell = m_ScaledColors[color->pixel];
+    color->red = cell.red;
+    color->green = cell.green;
+    color->blue = cell.blue;
+    return;
+  }
+  GetColorInColormap(color);
+  color->red >>= 8;
+  color->green >>= 8;
+  color->blue >>= 8;
 }
 
 CColorRef* Resource::GetColorResource(unsigned id) {

@@ -39,8 +39,14 @@ class Resource {
   // lowest index on a tie): its pixel and components go to `result`.
   void FindColorMatch(const TColorValue& wanted, TColorValue* result) const;
   // A cell that was just allocated replaces what the start-up query saw.
+  // Pixels beyond the 256 read (deep screens) have no entry to replace.
   void SetColorInMaps(const TColorValue& color);
+  // The components of `color->pixel`: from the cells read at start-up, and
+  // for a pixel beyond them (deep screens) from the server.
   void GetColorInColormap(TColorValue* color) const;
+  // The scaled table: each channel's high byte, for image dithering.
+  void CreateScaledColormap();
+  // As GetColorInColormap, in 0..255.
   void GetColorInScaledColormap(TColorValue* color) const;
   // 70000..70027, else null.
   CColorRef* GetColorResource(unsigned id);
@@ -92,6 +98,7 @@ class Resource {
   Display* m_pDisplay = nullptr;
   Colormap m_Colormap = 0;
   Widget m_TopLevel = nullptr;
+  bool m_bColorsRead = false;
   XColor m_Colors[kColormapSize] = {};
   TColorValue m_ScaledColors[kColormapSize] = {};
   CColorRef m_NamedColors[kNamedColors];

@@ -4,6 +4,7 @@
 // asked to paint.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -116,7 +117,6 @@ class TTestFont : public TExtendedFont {
 class TTestFamily : public TFontFamily {
  public:
   explicit TTestFamily(int scale) {
-    m_Fonts.reserve(11);  // the fonts are handed out by address
     for (int i = 0; i < 11; ++i) m_Fonts.emplace_back(2 * scale * (i + 1), scale * (i + 1), scale * (i + 1));
   }
   TExtendedFont_PI* CreateFontForCharacter(int, int, int, TFmtContext&, int) override { return nullptr; }
@@ -130,7 +130,7 @@ class TTestFamily : public TFontFamily {
   TExtendedFont_PI* Select(TFmtContext& context) override { return GetFontAtCurrentSize(context)->Select(context); }
 
   static int Clamp(int size) { return size < 0 ? 0 : size > 10 ? 10 : size; }
-  std::vector<TTestFont> m_Fonts;
+  std::deque<TTestFont> m_Fonts;  // handed out by address: a deque never moves them
 };
 
 }  // namespace ztest

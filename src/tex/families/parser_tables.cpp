@@ -3,6 +3,10 @@
 #include <iterator>
 #include <vector>
 
+#include "format/break_nodes.h"
+#include "format/line_node.h"
+#include "format/paragraph_node.h"
+#include "format/vertical_list_node.h"
 #include "math/math_node.h"
 #include "math/over_node.h"
 #include "math/scripted_node.h"
@@ -26,6 +30,10 @@ void RegisterParsers(std::span<const TCsParserEntry> table) {
 std::span<const TCsParserTable> AllParserTables() {
   static const TCsParserTable tables[] = {
       {"spacing", SpacingParsers()},
+      {"line breaks", TFmtLineBreakNode::ParserTable()},
+      {"paragraphs", TFmtParagraphNode::ParserTable()},
+      {"vertical lists", TFmtVerticalListNode::ParserTable()},
+      {"lines", TFmtLineNode::ParserTable()},
       {"display math", TFmtDisplayMathNode::ParserTable()},
       {"fractions", TFmtOverNode::ParserTable()},
       {"scripts", TFmtScriptedNode::ParserTable()},
