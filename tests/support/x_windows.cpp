@@ -83,4 +83,14 @@ bool WaitUnmapped(Display* display, Window window, int timeoutMs) {
   XSetErrorHandler(old);
   return unmapped;
 }
+void AppendFontDirectory(Display* display, const std::string& directory) {
+  int count = 0;
+  char** old = XGetFontPath(display, &count);
+  std::vector<char*> path(old, old + count);
+  std::string entry = directory;
+  path.push_back(entry.data());
+  XSetFontPath(display, path.data(), static_cast<int>(path.size()));
+  XSync(display, False);
+  if (old) XFreeFontPath(old);
+}
 }  // namespace ztest

@@ -56,14 +56,7 @@ class DeviceFonts : public ::testing::Test {
     ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
     // The test server is private: put the installation's fonts on its path.
-    int count = 0;
-    char** old = XGetFontPath(display, &count);
-    std::vector<char*> path(old, old + count);
-    std::string fonts = std::string(home) + "/Fonts/";
-    path.push_back(fonts.data());
-    XSetFontPath(display, path.data(), static_cast<int>(path.size()));
-    XSync(display, False);
-    if (old) XFreeFontPath(old);
+    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
 
     int screen = DefaultScreen(display);
     drawWindow = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, 300, 100, 0,

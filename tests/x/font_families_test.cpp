@@ -40,14 +40,7 @@ class FontFamilies : public ::testing::Test {
     const char* home = std::getenv("ZEPHRIN_HOME");
     ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    int count = 0;
-    char** old = XGetFontPath(display, &count);
-    std::vector<char*> path(old, old + count);
-    std::string fonts = std::string(home) + "/Fonts/";
-    path.push_back(fonts.data());
-    XSetFontPath(display, path.data(), static_cast<int>(path.size()));
-    XSync(display, False);
-    if (old) XFreeFontPath(old);
+    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
 
     const int screen = DefaultScreen(display);
     server.SetEnv(getpid(), 1);

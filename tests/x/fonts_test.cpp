@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "support/x_windows.h"
 #include "symbols/font_tag.h"
 #include "symbols/global_strings.h"
 
@@ -58,14 +59,7 @@ class XFonts : public ::testing::Test {
     display_ = XOpenDisplay(nullptr);
     ASSERT_NE(display_, nullptr);
     // The test server is private: put the installation's fonts on its path.
-    int count = 0;
-    char** old = XGetFontPath(display_, &count);
-    std::vector<char*> path(old, old + count);
-    std::string fonts = std::string(home) + "/Fonts/";
-    path.push_back(fonts.data());
-    XSetFontPath(display_, path.data(), static_cast<int>(path.size()));
-    XSync(display_, False);
-    if (old) XFreeFontPath(old);
+    ztest::AppendFontDirectory(display_, std::string(home) + "/Fonts/");
   }
   void TearDown() override {
     for (XFontStruct* font : loaded_) XFreeFont(display_, font);

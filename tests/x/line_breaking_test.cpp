@@ -23,6 +23,7 @@
 #include "host/zr_server.h"
 #include "support/tex_parse.h"
 #include "support/x_app.h"
+#include "support/x_windows.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
 
@@ -47,14 +48,7 @@ class LineBreaking : public ::testing::Test {
     const char* home = std::getenv("ZEPHRIN_HOME");
     ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    int count = 0;
-    char** old = XGetFontPath(display, &count);
-    std::vector<char*> path(old, old + count);
-    std::string fonts = std::string(home) + "/Fonts/";
-    path.push_back(fonts.data());
-    XSetFontPath(display, path.data(), static_cast<int>(path.size()));
-    XSync(display, False);
-    if (old) XFreeFontPath(old);
+    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
     const int screen = DefaultScreen(display);
     server.SetEnv(getpid(), 1);
     server.SetGUI(&x->app, x->shell, display, screen, DefaultVisual(display, screen), DefaultDepth(display, screen),

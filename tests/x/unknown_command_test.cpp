@@ -16,6 +16,7 @@
 #include "framework/gdi_objects.h"
 #include "framework/wnd.h"
 #include "support/x_app.h"
+#include "support/x_windows.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
 
@@ -51,14 +52,7 @@ class UnknownCommand : public ::testing::Test {
     const char* home = std::getenv("ZEPHRIN_HOME");
     ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    int count = 0;
-    char** old = XGetFontPath(display, &count);
-    std::vector<char*> path(old, old + count);
-    std::string fonts = std::string(home) + "/Fonts/";
-    path.push_back(fonts.data());
-    XSetFontPath(display, path.data(), static_cast<int>(path.size()));
-    XSync(display, False);
-    if (old) XFreeFontPath(old);
+    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
     const int screen = DefaultScreen(display);
     drawWindow = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, 300, 100, 0,
                                      BlackPixel(display, screen), WhitePixel(display, screen));
