@@ -269,25 +269,18 @@ void TFmtNode::ComputeCharacterFmtExtent(int ch, TFmtContext& context, TExtended
   if (swap && previous) previous->Select(context);
 }
 
-CColorRef TFmtNode::GetForegroundColor() const {
-  const CColorRef* colors = TFmtContext::fg_ColorForeground;
-  CColorRef color = colors[0];
-  if (IsObjectNode()) color = colors[5];
+// Entry 0 is plain, 1 selected, 4 highlighted, 5 an embedded object; both
+// selected and highlighted is the exclusive or of 1 and 4.
+CColorRef TFmtNode::StateColor(const CColorRef* colors) const {
   if (m_bIsSelected && m_bIsHighlighted) return colors[1] ^ colors[4];
   if (m_bIsSelected) return colors[1];
   if (m_bIsHighlighted) return colors[4];
-  return color;
+  return IsObjectNode() ? colors[5] : colors[0];
 }
 
-CColorRef TFmtNode::GetBackgroundColor() const {
-  const CColorRef* colors = TFmtContext::fg_ColorBackground;
-  CColorRef color = colors[0];
-  if (IsObjectNode()) color = colors[5];
-  if (m_bIsSelected && m_bIsHighlighted) return colors[1] ^ colors[4];
-  if (m_bIsSelected) return colors[1];
-  if (m_bIsHighlighted) return colors[4];
-  return color;
-}
+CColorRef TFmtNode::GetForegroundColor() const { return StateColor(TFmtContext::fg_ColorForeground); }
+
+CColorRef TFmtNode::GetBackgroundColor() const { return StateColor(TFmtContext::fg_ColorBackground); }
 
 CColorRef TFmtNode::DelimiterColor() const {
   if (!m_bIsSelected && !m_bIsHighlighted && !IsObjectNode()) {

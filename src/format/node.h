@@ -216,6 +216,8 @@ class TFmtNode : public TCopyableNode {
   void UnsetSelectionForeground(TFmtContext& context);
   CColorRef GetForegroundColor() const;
   CColorRef GetBackgroundColor() const;
+  // The colour of a node's selection state in a table of the context's colours.
+  CColorRef StateColor(const CColorRef* colors) const;
   CColorRef DelimiterColor() const;
   CColorRef LineColor() const;
 
