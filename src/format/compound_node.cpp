@@ -220,9 +220,8 @@ TFmtNode* TFmtCompoundNode::ParseTexWithTests(TTexTokenSource& source, int& bDon
     TFmtNode* answerNode = node;
     {
       TParseDepthGuard guard(source);
-      if (guard.Entered()) answerNode = node->ParseTex(source);
+      if (guard.Entered()) answerNode = ParseFreshNode(node, source);
     }
-    if (answerNode != node) delete node;
     if (answerNode) AddTail(answerNode);
   }
   return result ? result : this;

@@ -7,6 +7,7 @@
 #include "device/font_family.h"
 #include "format/compound_node.h"
 #include "format/glue_node.h"
+#include "format/parse_depth.h"
 #include "format/tex_mode.h"
 #include "math/math_node.h"
 #include "math/scripted_node.h"
@@ -49,26 +50,16 @@ TFmtNode* TFmtCharacterNode::ParseTex(TTexTokenSource& source) {
     case '~': return TFmtGlueNode::GlueFromTextSpace(m_c, source);
     case '{': {
       auto* group = new TFmtGroupNode;
-      TFmtNode* result = group->ParseTex(source);
-      if (result != group) delete group;
+      TFmtNode* result = ParseFreshNode<TFmtNode>(group, source);
       return result;
     }
     case '$': {
       auto* formula = new TFmtMathNode;
-      TFmtNode* result = formula->ParseTex(source);
-      if (result != formula) delete formula;
+      TFmtNode* result = ParseFreshNode<TFmtNode>(formula, source);
       return result;
     }
     case '_':
-    case '^': {
-      const int saved = TFmtScriptedNode::fg_bSubscript;
-      TFmtScriptedNode::fg_bSubscript = m_c == '_';
-      auto* scripted = new TFmtScriptedNode(nullptr, nullptr, nullptr);
-      TFmtNode* result = scripted->ParseTex(source);
-      TFmtScriptedNode::fg_bSubscript = saved;
-      if (result != scripted) delete scripted;
-      return result;
-    }
+    case '^': return TFmtScriptedNode::ParseScript(source, m_c == '_');
     case '`': return TFmtControlSequenceNode::Make("lq");
     case '\'': return TFmtControlSequenceNode::Make(math ? "prime" : "rq");
     case ':':
@@ -116,14 +107,12 @@ TFmtNode* TFmtControlCharacterNode::ParseTex(TTexTokenSource& source) {
   switch (m_c) {
     case '[': {
       auto* display = new TFmtDisplayMathNode(k_DisplayBracket);
-      TFmtNode* result = display->ParseTex(source);
-      if (result != display) delete display;
+      TFmtNode* result = ParseFreshNode<TFmtNode>(display, source);
       return result;
     }
     case '(': {
       auto* formula = new TFmtMathNode;
-      TFmtNode* result = formula->ParseTex(source);
-      if (result != formula) delete formula;
+      TFmtNode* result = ParseFreshNode<TFmtNode>(formula, source);
       return result;
     }
     case '{': return new TFmtControlSequenceNode(TGlobalString::g_pLBRACE);
@@ -210,8 +199,7 @@ void TFmtSequenceNode::Description(CString& out) {
 TFmtNode* TFmtSequenceNode::ParseTex(TTexTokenSource& source) {
   if (m_pCanonical && m_pCanonical == TGlobalString::g_pDISPLAYMATH) {
     auto* display = new TFmtDisplayMathNode(k_DisplayDollars);
-    TFmtNode* result = display->ParseTex(source);
-    if (result != display) delete display;
+    TFmtNode* result = ParseFreshNode<TFmtNode>(display, source);
     return result;
   }
   return this;

@@ -183,7 +183,8 @@ TFmtNode* TFmtLineNode::ParseTex_includeverbatim(TFmtControlSequenceNode*, TTexT
       list->AddTail(VerbatimLine(TStringPool::g_pGlobal->Put("Could not locate input document " + url + ".")));
       return list.release();
     }
-    throw CInputFileException();
+    source.WaitForFile();
+    return list.release();
   }
   const char* p = text.c_str();
   const char* end = p + text.GetLength();

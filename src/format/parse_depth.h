@@ -38,3 +38,18 @@ class TParseDepthGuard {
  private:
   bool m_bEntered;
 };
+
+// Parses a node just made for a token and answers what it parsed into. The
+// node is deleted when the answer is something else, and also when the parse
+// unwinds (an \input that has to wait throws through every open parser), so
+// that no half-built subtree is lost.
+template <class TNode, class TSource>
+TNode* ParseFreshNode(TNode* node, TSource& source) {
+  struct Owner {
+    TNode* p;
+    ~Owner() { delete p; }
+  } owner{node};
+  auto* result = node->ParseTex(source);
+  if (result == node) owner.p = nullptr;
+  return result;
+}

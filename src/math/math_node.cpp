@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "format/leaf_nodes.h"
+#include "format/parse_depth.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
 #include "tex/token_source.h"
@@ -187,15 +188,13 @@ void TFmtDisplayMathNode::PrintTex(CString& out, int& column) const {
 
 TFmtNode* TFmtDisplayMathNode::ParseTex_begindisplaymath(TFmtControlSequenceNode*, TTexTokenSource& source) {
   auto* display = new TFmtDisplayMathNode(k_DisplayEnvironment);
-  TFmtNode* result = display->ParseTex(source);
-  if (result != display) delete display;
+  TFmtNode* result = ParseFreshNode<TFmtNode>(display, source);
   return result;
 }
 
 TFmtNode* TFmtDisplayMathNode::ParseTex_beginequation(TFmtControlSequenceNode*, TTexTokenSource& source) {
   auto* display = new TFmtDisplayMathNode(k_DisplayEquation);
-  TFmtNode* result = display->ParseTex(source);
-  if (result != display) delete display;
+  TFmtNode* result = ParseFreshNode<TFmtNode>(display, source);
   return result;
 }
 

@@ -1,6 +1,7 @@
 #include "math/scripted_node.h"
 
 #include "format/compound_node.h"
+#include "format/parse_depth.h"
 #include "format/leaf_nodes.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
@@ -100,17 +101,14 @@ TFmtNode* TFmtScriptedNode::ParseTex(TTexTokenSource& source) {
   return this;
 }
 
-namespace {
-TFmtNode* ParseScript(TTexTokenSource& source, int subscript) {
-  const int saved = TFmtScriptedNode::fg_bSubscript;
-  TFmtScriptedNode::fg_bSubscript = subscript;
-  auto* scripted = new TFmtScriptedNode(nullptr, nullptr, nullptr);
-  TFmtNode* result = scripted->ParseTex(source);
-  TFmtScriptedNode::fg_bSubscript = saved;
-  if (result != scripted) delete scripted;
-  return result;
+TFmtNode* TFmtScriptedNode::ParseScript(TTexTokenSource& source, int subscript) {
+  struct Restore {
+    int saved = fg_bSubscript;
+    ~Restore() { fg_bSubscript = saved; }
+  } restore;
+  fg_bSubscript = subscript;
+  return ParseFreshNode<TFmtNode>(new TFmtScriptedNode(nullptr, nullptr, nullptr), source);
 }
-}  // namespace
 
 TFmtNode* TFmtScriptedNode::ParseTex_sb(TFmtControlSequenceNode*, TTexTokenSource& source) {
   return ParseScript(source, 1);

@@ -39,6 +39,8 @@ class TFmtScriptedNode : public TFmtNode {
   TFmtNode* Get_Subscript() const { return m_pSubscript.get(); }
   TFmtNode* Get_Superscript() const { return m_pSuperscript.get(); }
 
+  // A script read after "_", "^", \sb or \sp, on an empty nucleus.
+  static TFmtNode* ParseScript(TTexTokenSource& source, int subscript);
   static TFmtNode* ParseTex_sb(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static TFmtNode* ParseTex_sp(TFmtControlSequenceNode* node, TTexTokenSource& source);
   static void InitializeTexParser();

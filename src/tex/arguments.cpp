@@ -54,9 +54,8 @@ TFmtNode* NextTexMacroArg(TTexTokenSource& source, int expand) {
   TFmtNode* result = node;
   {
     TParseDepthGuard guard(source);
-    if (guard.Entered()) result = node->ParseTex(source);
+    if (guard.Entered()) result = ParseFreshNode(node, source);
   }
-  if (result != node) delete node;
   if (!result) return new TFmtCompoundNode;
   return Unwrap(result);
 }
@@ -115,12 +114,9 @@ TFmtNode* ParseTexFromString(const char* text) {
   TFmtNode* result;
   {
     TTexTokenSource source(TTexTokenSource::fg_pInternalSourceName, text ? text : "");
-    result = compound->ParseTex(source);
+    result = ParseFreshNode<TFmtNode>(compound, source);
   }
-  if (result != compound) {
-    delete compound;
-    return result;
-  }
+  if (result != compound) return result;
   if (compound->IsSingleton()) {
     TFmtNode* child = compound->RemoveHead();
     delete compound;

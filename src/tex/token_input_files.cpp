@@ -60,6 +60,11 @@ void TTexTokenSource::InsertInputFile(int once) {
   InsertNamedInputFile(once, name);
 }
 
+void TTexTokenSource::WaitForFile() {
+  if (!m_bStopAtMissingFile) throw CInputFileException();
+  m_bWaitingForFile = 1;
+}
+
 void TTexTokenSource::InsertNamedInputFile(int once, CString& name) {
   CInputFileLoader* loader = CInputFileLoader::Get_Global();
   int ok = 1;

@@ -119,6 +119,7 @@ TTexToken* TTexTokenSource::NextStackToken() {
 // ---- conditionals and \newif ---------------------------------------------------
 
 TTexToken* TTexTokenSource::NextTokenUnexpanded() {
+  if (m_bWaitingForFile) return nullptr;
   for (;;) {
     TTexToken* token = NextStackToken();
     if (!token) return nullptr;
@@ -299,7 +300,12 @@ TTexToken* TTexTokenSource::NextToken(int skipBlanks, int expand) {
     }
     if (name && (name == TGlobalString::g_pinput || name == TGlobalString::g_pinclude || name == fg_pinputonce)) {
       token.reset();
-      InsertInputFile(0);  // \inputonce too reads the file again each time, for now
+      try {
+        InsertInputFile(0);  // \inputonce too reads the file again each time, for now
+      } catch (CInputFileException&) {
+        if (!m_bStopAtMissingFile) throw;
+        m_bWaitingForFile = 1;
+      }
       continue;
     }
     return token.release();

@@ -104,6 +104,15 @@ class TTexTokenSource : public CObject {
   // message into the text; a file that isn't there yet throws
   // CInputFileException. name becomes the merged URL.
   void InsertNamedInputFile(int once, CString& name);
+  // A document's parse stops where a file has to be waited for: the source
+  // then answers end of input, and Get_WaitingForFile says why. Without this
+  // the wait unwinds as CInputFileException. The stop keeps every parser on
+  // its ordinary end-of-input path, so nothing half built is lost.
+  void Set_StopAtMissingFile(int stop) { m_bStopAtMissingFile = stop; }
+  int Get_WaitingForFile() const { return m_bWaitingForFile; }
+  // Called by a reader outside the token stream (a verbatim file) whose file
+  // is not there yet: stops as an \input would.
+  void WaitForFile();
   void Set_DocumentNode(TFmtDocumentNode* document) { m_pDocument = document; }
   TFmtDocumentNode* Get_DocumentNode() const { return m_pDocument; }
   // \bibitem without a label numbers its items per source: 1, 2, ...
@@ -195,6 +204,8 @@ class TTexTokenSource : public CObject {
   EState m_State = kStartOfLine;
   TInputReader m_pInputReader = &TTexTokenSource::NextNormalInputToken;
   TFmtDocumentNode* m_pDocument = nullptr;  // not owned
+  int m_bStopAtMissingFile = 0;
+  int m_bWaitingForFile = 0;
   int m_nBibItemCounter = 0;
   int m_nNesting = 0;  // open conditionals and \csname reads
   const char* m_pCapturingMacroName = nullptr;  // the macro whose arguments are being read

@@ -67,12 +67,10 @@ int InspectVerb_layout(int argc, char** argv) {
   {
     TTexTokenSource source(loader.Get_CurrentUrl(), input);
     source.Set_DocumentNode(&document);
-    try {
-      TFmtNode* result = root->ParseTex(source);
-      if (result != root.get()) root.reset(TFmtCompoundNode::CompoundIt(result));
-    } catch (CInputFileException&) {
-      std::fprintf(stderr, "zephrin-inspect: an included file could not be loaded\n");
-    }
+    source.Set_StopAtMissingFile(1);
+    TFmtNode* result = root->ParseTex(source);
+    if (result != root.get()) root.reset(TFmtCompoundNode::CompoundIt(result));
+    if (source.Get_WaitingForFile()) std::fprintf(stderr, "zephrin-inspect: an included file could not be loaded\n");
   }
   auto body = std::make_unique<TFmtVerticalListNode>(TFmtVerticalListNode::k_RefTop);
   body->Set_IsDocumentBody(1);

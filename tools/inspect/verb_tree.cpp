@@ -28,12 +28,10 @@ int ParseAndShow(int argc, char** argv, const char* verb, bool asTree) {
   int status = 0;
   {
     TTexTokenSource source(loader.Get_CurrentUrl(), file);
-    try {
-      TFmtNode* result = root->ParseTex(source);
-      if (result != root.get()) root.reset(TFmtCompoundNode::CompoundIt(result));
-    } catch (CInputFileException&) {
-      std::fprintf(stderr, "zephrin-inspect: an included file could not be loaded\n");
-    }
+    source.Set_StopAtMissingFile(1);
+    TFmtNode* result = root->ParseTex(source);
+    if (result != root.get()) root.reset(TFmtCompoundNode::CompoundIt(result));
+    if (source.Get_WaitingForFile()) std::fprintf(stderr, "zephrin-inspect: an included file could not be loaded\n");
   }
   CString out;
   int column = 0;

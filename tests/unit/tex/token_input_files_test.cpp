@@ -98,6 +98,21 @@ TEST_F(TokenInputFiles, AFileThatCannotBeDeliveredStopsTheParse) {
   EXPECT_THROW(Read("\\input{empty}"), CInputFileException);
 }
 
+TEST_F(TokenInputFiles, ADocumentParseStopsAtTheWaitAsAtTheEndOfInput) {
+  m_Loader.Set_CurrentUrl("http://host/docs/main.tex");
+  TTexTokenSource source("main", "a \\input{x} b {c}");
+  source.Set_StopAtMissingFile(1);
+  std::unique_ptr<TTexToken> a(source.NextToken(0, 1));
+  EXPECT_EQ(ztest::DescribeToken(a.get()), "a");
+  EXPECT_FALSE(source.Get_WaitingForFile());
+  // The blank before \input, then nothing: what follows the wait is not read,
+  // put back or not, until the file has come and the document loads again.
+  EXPECT_EQ(ztest::ReadAll(source, 1), Strings{" "});
+  EXPECT_TRUE(source.Get_WaitingForFile());
+  source.PutBack(new TTexCharacterToken('z'));
+  EXPECT_EQ(source.NextToken(0, 1), nullptr);
+}
+
 TEST_F(TokenInputFiles, OnceSkipsAFileAlreadyIn) {
   TTexTokenSource source("main", "");
   CString name = "x.tex";
