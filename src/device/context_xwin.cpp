@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "device/font_family.h"
+#include "format/document_node.h"
 #include "framework/gdi_objects.h"
 #include "framework/wnd.h"
 #include "host/np_zephrin_app.h"
@@ -381,8 +382,7 @@ CColorRef TFmtContext_XWin::SetBkColor(const CColorRef& color) {
 }
 
 void TFmtContext_XWin::SetPageColor(const CColorRef& color) {
-  // The document keeps its page colour once the document node exists; here
-  // the window takes it.
+  if (m_pDocumentNode) m_pDocumentNode->Set_PageColor(color);
   if (!CanDraw()) return;
   CColorRef placed = color;
   placed.Allocate(m_pWindow, 0);
@@ -463,6 +463,9 @@ void TFmtContext_XWin::ResetScaledFeatures() {
   fg_nParIndent = 2 * u * r;
   fg_nRuleExtension = std::max(1, r / 12) * u;
   fg_nSuperscriptRightShift = std::max(1, r / 12) * u;
+  // The view's margin: one em of the text font on the left and at the top,
+  // two on the right.
+  fg_nDisplayMargin = r * u;
 }
 
 CColorRef TFmtContext_XWin::StringToRGB(const char* text) {

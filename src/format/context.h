@@ -215,8 +215,14 @@ class TFmtContext : public CObject {
   static inline TFmtPrintParameters fg_PrintParameters;
   // Indexed by state: 0 standard, 1 selection, 2 standard math, 3 edit box,
   // 4 highlight, 5 active math (object nodes).
-  static inline CColorRef fg_ColorBackground[fg_nColors];
-  static inline CColorRef fg_ColorForeground[fg_nColors];
+  // Black on white; a selection white on dark blue; a highlight on yellow.
+  // The profile store's colours replace these.
+  static inline CColorRef fg_ColorBackground[fg_nColors] = {
+      CColorRef(255, 255, 255, "white"), CColorRef(0, 0, 139, "dark blue"), CColorRef(255, 255, 255, "white"),
+      CColorRef(255, 255, 255, "white"), CColorRef(255, 255, 0, "yellow"),  CColorRef(255, 255, 255, "white")};
+  static inline CColorRef fg_ColorForeground[fg_nColors] = {
+      CColorRef(0, 0, 0, "black"), CColorRef(255, 255, 255, "white"), CColorRef(0, 0, 0, "black"),
+      CColorRef(0, 0, 0, "black"), CColorRef(0, 0, 0, "black"),       CColorRef(0, 0, 0, "black")};
   static inline CColorRef fg_Color_Links;
   static inline CColorRef fg_Color_LiveLink;
   static inline CColorRef fg_MathColor_BinaryOps;

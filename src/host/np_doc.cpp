@@ -4,7 +4,12 @@
 
 #include "device/context_xwin.h"
 #include "errors/parse_errors.h"
+#include "format/compound_node.h"
 #include "format/document_node.h"
+#include "format/leaf_nodes.h"
+#include "host/resource.h"
+#include "interact/node_path.h"
+#include "tex/arguments.h"
 #include "framework/files.h"
 #include "framework/objects.h"
 #include "framework/url.h"
@@ -124,29 +129,45 @@ int CZephrinPlugInDoc::LoadDocument() {
     // Inline MathML is kept and not read: the document comes up empty.
     CInLoadDocument guard(this);
     m_nDocumentIsLoaded = 1;
-    if (m_pWindow) m_pWindow->DocumentLoaded();
+    BuildAndShow(new TFmtCompoundNode, 0);
   } else if (!m_InlineTexData.IsEmpty()) {
     LoadFromInlineTex();
   }
   return m_nDocumentIsLoaded;
 }
 
-void CZephrinPlugInDoc::ReadTokens(TTexTokenSource& source) {
+namespace {
+// The notice that ends a document whose \input has to wait for its file.
+void AppendWaitingNotice(TFmtCompoundNode* compound) {
+  if (TFmtNode* notice = ParseTexFromString(Resource::GetStringResource(32787)))
+    compound->AddTail(notice);
+}
+}  // namespace
+
+TFmtCompoundNode* CZephrinPlugInDoc::ParseSource(TTexTokenSource& source) {
   source.Set_DocumentNode(m_pDocumentNode);
-  int savedReport = CZrError::Get_ReportParseErrors();
-  m_nTokensRead = 0;
-  m_nWaiting = 0;
-  try {
-    while (TTexToken* token = source.NextToken(0, 1)) {
-      ++m_nTokensRead;
-      delete token;
-    }
-  } catch (CInputFileException&) {
-    // A file is on its way: the load runs again when it is there.
-    m_nWaiting = 1;
-  }
-  CZrError::ReportParseErrors();
-  CZrError::Set_ReportParseErrors(savedReport);
+  source.Set_StopAtMissingFile(1);
+  auto* compound = new TFmtCompoundNode;
+  TFmtNode* result = compound->ParseTex(source);
+  if (result != compound) compound = TFmtCompoundNode::CompoundIt(result);
+  m_nWaiting = source.Get_WaitingForFile();
+  if (m_nWaiting) AppendWaitingNotice(compound);
+  return compound;
+}
+
+void CZephrinPlugInDoc::BuildAndShow(TFmtCompoundNode* compound, int bFromFile) {
+  m_pDocumentNode->Build(compound);
+  m_pDocumentNode->FindFirstCaretPosition0();
+  if (!m_pWindow) return;
+  m_pWindow->DocumentLoaded();
+  m_pWindow->SetScrollInfo();
+  if (m_pLabel)
+    if (TFmtNode* node = m_pDocumentNode->ResolveLabel(m_pLabel)) m_pWindow->Set_NodeToScrollTo(node, 1);
+  if (bFromFile) UpdateStatusLine(" ");
+  if (CNodePath* path = m_pWindow->Get_NodePath()) path->RemoveAll();
+  m_pWindow->Invalidate(1);
+  m_pWindow->UpdateWindow();
+  if (bFromFile) m_pWindow->SetScrollInfo();
 }
 
 void CZephrinPlugInDoc::LoadFromFile() {
@@ -157,7 +178,6 @@ void CZephrinPlugInDoc::LoadFromFile() {
   CFile probe;
   if (!probe.Open(m_FileName, CFile::modeRead, nullptr)) return;
   if (m_pWindow) m_pWindow->SetWaitCursor();
-  unsigned long length = probe.GetLength();
   probe.Close();
   UpdateStatusLine("zephrin reading " + m_Url + " ...");
   AfxGetApp()->Set_CurrentUrl(m_Url);
@@ -166,36 +186,35 @@ void CZephrinPlugInDoc::LoadFromFile() {
     if (m_pWindow) m_pWindow->SetIBeamCursor();
     return;
   }
-  // The parser takes over from here once the format nodes exist; until then
-  // the text goes through the token source alone, which fetches every
-  // \input it names.
-  TTexTokenSource source(m_Url, file);
-  source.SetShowProgress();
-  ReadTokens(source);
-  if (m_nWaiting) {
-    // FileIsReady may have cleared the flag already (a local file): then the
-    // next paint reads the text again, now with the file.
-    UpdateStatusLine("zephrin is waiting for a file named by \\input");
-  } else {
-    CString text;
-    text.Format("zephrin read %lu bytes, %d tokens (no layout or drawing yet)", length, m_nTokensRead);
-    UpdateStatusLine(text);
+  const int savedReport = CZrError::Get_ReportParseErrors();
+  TFmtNode::InitializeTexParser();
+  TFmtNode::InitializeDrawProperties();
+  TFmtCompoundNode* compound;
+  {
+    // The MIME type would choose the MathML reader; TeX is the default and,
+    // until that reader exists, the only one.
+    TTexTokenSource source(m_Url, file);
+    source.SetShowProgress();
+    compound = ParseSource(source);
   }
-  if (m_pWindow) {
-    m_pWindow->DocumentLoaded();
-    m_pWindow->SetIBeamCursor();
-    // A load that ended waiting for a local file runs again at this paint.
-    m_pWindow->Invalidate(1);
-  }
+  CZrError::ReportParseErrors();
+  CZrError::Set_ReportParseErrors(savedReport);
+  BuildAndShow(compound, 1);
+  if (m_pWindow) m_pWindow->SetIBeamCursor();
 }
 
 void CZephrinPlugInDoc::LoadFromInlineTex() {
   CInLoadDocument guard(this);
   m_nDocumentIsLoaded = 1;
-  TTexTokenSource source("INLINE TEXDATA", m_InlineTexData.c_str());
-  ReadTokens(source);
-  if (m_pWindow) {
-    m_pWindow->DocumentLoaded();
-    m_pWindow->Invalidate(1);
+  const int savedReport = CZrError::Get_ReportParseErrors();
+  TFmtNode::InitializeTexParser();
+  TFmtNode::InitializeDrawProperties();
+  TFmtCompoundNode* compound;
+  {
+    TTexTokenSource source("INLINE TEXDATA", m_InlineTexData.c_str());
+    compound = ParseSource(source);
   }
+  CZrError::ReportParseErrors();
+  CZrError::Set_ReportParseErrors(savedReport);
+  BuildAndShow(compound, 0);
 }

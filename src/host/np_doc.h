@@ -82,9 +82,11 @@ class CZephrinPlugInDoc : public AsynchronousDocumentUser {
  private:
   void LoadFromFile();
   void LoadFromInlineTex();
-  // Runs the text through the token source, which fetches every \input on
-  // the way: what the parser will pull when it comes.
-  void ReadTokens(class TTexTokenSource& source);
+  // Parses the whole source into a new compound; a wait for an \input's file
+  // ends it with the waiting notice.
+  class TFmtCompoundNode* ParseSource(class TTexTokenSource& source);
+  // The tree into the document node, then composition and the first paint.
+  void BuildAndShow(class TFmtCompoundNode* compound, int bFromFile);
   void UpdateStatusLine(const char* text) const;
 
   uint16_t m_nMode = 2;
@@ -104,6 +106,5 @@ class CZephrinPlugInDoc : public AsynchronousDocumentUser {
   std::deque<CString> m_RequestedUrls;
   std::deque<AsynchronousDocumentUser*> m_RequestedUrlUsers;
   int m_nInLoad = 0;
-  int m_nTokensRead = 0;
   int m_nWaiting = 0;
 };

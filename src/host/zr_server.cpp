@@ -19,6 +19,7 @@
 #include <sys/select.h>
 
 #include "format/context.h"
+#include "format/document_node.h"
 #include "framework/url.h"
 #include "framework/util.h"
 #include "host/np_doc.h"
@@ -294,6 +295,9 @@ void ZRServer::InitializeWindow(ZRDocument* instance, unsigned long window, unsi
   Widget main = XtVaCreateManagedWidget("MainWidget", xmMainWindowWidgetClass, shell, XmNwidth, w, XmNheight, h,
                                         XmNunitType, XmPIXELS, XmNshadowThickness, 0, XmNborderWidth, 0,
                                         XmNspacing, 0, XmNmainWindowMarginWidth, 0, XmNmainWindowMarginHeight, 0,
+                                        // The main window scrolls the drawing area itself: a scroll is
+                                        // then plain exposes, and the bars come only when needed.
+                                        XmNscrollingPolicy, XmAUTOMATIC, XmNscrollBarDisplayPolicy, XmAS_NEEDED,
                                         nullptr);
   Widget draw = XtVaCreateManagedWidget("DrawWidget", xmDrawingAreaWidgetClass, main, XmNwidth, w, XmNheight, h,
                                         XmNunitType, XmPIXELS, XmNshadowThickness, 0, XmNborderWidth, 0,
@@ -324,6 +328,9 @@ void ZRServer::InitializeWindow(ZRDocument* instance, unsigned long window, unsi
   XSetForeground(m_pDisplay, gc, ink);
   XSetBackground(m_pDisplay, gc, paper);
   XtVaSetValues(draw, XmNbackground, paper, nullptr);
+  Widget clip = nullptr;
+  XtVaGetValues(main, XmNclipWindow, &clip, nullptr);
+  if (clip) XtVaSetValues(clip, XmNbackground, paper, nullptr);
 
   auto named = [&](const char* name, unsigned short grey) {
     XColor color{};
@@ -440,9 +447,10 @@ void ZRServer::GetDocument(const zlink::THeader* message) {
   setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   if (connect(fd, reinterpret_cast<sockaddr*>(&m_ClientControlAddress), sizeof m_ClientControlAddress) < 0)
     stat->ErrorExit(4, "ZRServer::GetDocument : connecting to client");
-  // The document prints itself as TeX once it has a tree; until then the
-  // text is empty.
   CString text;
+  int column = 0;
+  if (CZephrinPlugInDoc* document = instance->GetDocument())
+    if (TFmtDocumentNode* node = document->Get_DocumentNode()) node->PrintTex(text, column);
   zlink::TTextRecord reply;
   FillDocumentText(&reply, text);
   const char* p = reinterpret_cast<const char*>(&reply);
