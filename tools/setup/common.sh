@@ -3,7 +3,7 @@
 
 ZEPHRIN_PACKAGES=(
   build-essential cmake pkg-config ccache
-  libmotif-dev libxt-dev libx11-dev libxext-dev libxtst-dev
+  libmotif-dev libxt-dev libx11-dev libxext-dev libxtst-dev libxfixes-dev
   libjpeg62-turbo-dev libpng-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth x11-xserver-utils x11-utils xfonts-utils
