@@ -246,6 +246,29 @@ void CZephrinGenericView::GetTrueClientSize(CSize& client, CSize& bars) const {
 }
 
 void CZephrinGenericView::SetScrollSizes(const CSize& total, const CSize&, const CSize&) {
+  if (m_DrawWidget) {
+    Dimension width = 0, height = 0;
+    XtVaGetValues(m_DrawWidget, XmNwidth, &width, XmNheight, &height, nullptr);
+    // The area grows and never shrinks in height: the main window scrolls
+    // it, so a scroll is plain exposes. In width it is kept to what the
+    // window shows when the text fits, so that a vertical bar brings no
+    // useless horizontal one.
+    int clipWidth = m_nWidth;
+    Widget clip = nullptr;
+    if (m_MainWidget) XtVaGetValues(m_MainWidget, XmNclipWindow, &clip, nullptr);
+    if (clip) {
+      Dimension shown = 0;
+      XtVaGetValues(clip, XmNwidth, &shown, nullptr);
+      if (shown > 0) clipWidth = shown;
+    }
+    const int newWidth = std::clamp(std::max<int>(total.cx, clipWidth), 1, kMaxWindowSize);
+    const int newHeight = std::clamp(std::max<int>(total.cy, height), 1, kMaxWindowSize);
+    if (newWidth != width || newHeight != height)
+      XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(newWidth), XmNheight,
+                    static_cast<Dimension>(newHeight), nullptr);
+  }
+  // After the resize: the main window sets the bars anew when the area
+  // changes, and the step must be ours.
   const int step = 2 * TFmtContext::Get_RmFontPointSize();
   for (Widget bar : {m_VScroll, m_HScroll}) {
     if (!bar) continue;
@@ -253,26 +276,6 @@ void CZephrinGenericView::SetScrollSizes(const CSize& total, const CSize&, const
     XtVaGetValues(bar, XmNvalue, &value, XmNsliderSize, &slider, XmNpageIncrement, &page, nullptr);
     XmScrollBarSetValues(bar, value, slider, step, page, True);
   }
-  if (!m_DrawWidget) return;
-  Dimension width = 0, height = 0;
-  XtVaGetValues(m_DrawWidget, XmNwidth, &width, XmNheight, &height, nullptr);
-  // The area grows and never shrinks in height: the main window scrolls it,
-  // so a scroll is plain exposes. In width it is kept to what the window
-  // shows when the text fits, so that a vertical bar brings no useless
-  // horizontal one.
-  int clipWidth = m_nWidth;
-  Widget clip = nullptr;
-  if (m_MainWidget) XtVaGetValues(m_MainWidget, XmNclipWindow, &clip, nullptr);
-  if (clip) {
-    Dimension shown = 0;
-    XtVaGetValues(clip, XmNwidth, &shown, nullptr);
-    if (shown > 0) clipWidth = shown;
-  }
-  int newWidth = std::clamp(std::max<int>(total.cx, clipWidth), 1, kMaxWindowSize);
-  int newHeight = std::clamp(std::max<int>(total.cy, height), 1, kMaxWindowSize);
-  if (newWidth != width || newHeight != height)
-    XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(newWidth), XmNheight,
-                  static_cast<Dimension>(newHeight), nullptr);
 }
 
 void CZephrinGenericView::DocumentSize(CSize& size) {

@@ -26,6 +26,7 @@
 #include "host/np_view.h"
 #include "host/np_zephrin_app.h"
 #include "host/resource.h"
+#include "host/scroll_keys.h"
 #include "host/zephrin_stat.h"
 
 void ZRServer::SetEnv(int parentId, int port) {
@@ -303,6 +304,7 @@ void ZRServer::InitializeWindow(ZRDocument* instance, unsigned long window, unsi
                                         XmNunitType, XmPIXELS, XmNshadowThickness, 0, XmNborderWidth, 0,
                                         XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
   XtRealizeWidget(shell);
+  AddScrollKeys(main);
   XReparentWindow(m_pDisplay, XtWindow(main), static_cast<Window>(window), 0, 0);
   GC gc = XCreateGC(m_pDisplay, XtWindow(draw), 0, nullptr);
   Widget vScroll = nullptr, hScroll = nullptr;
