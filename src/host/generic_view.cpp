@@ -79,6 +79,16 @@ void CZephrinGenericView::SetGeometry(int x, int y, int width, int height) {
   m_nHeight = height;
 }
 
+void CZephrinGenericView::ForgetTree() {
+  m_pNodeToScrollTo = nullptr;
+  m_nIndexToScrollTo = -1;
+  m_pMenuNode = nullptr;
+  delete m_pNodePath;
+  m_pNodePath = nullptr;
+  delete m_pNextOverlayItemPath;
+  m_pNextOverlayItemPath = nullptr;
+}
+
 // ---- cursors ---------------------------------------------------------------------
 
 void CZephrinGenericView::DefineCursor(Cursor cursor) {

@@ -69,6 +69,8 @@ class CZephrinGenericView : public CWnd {
                Window browserWindow, Display* display, GC gc, Visual* visual, int screen, int depth, int colors,
                int zero, Colormap* colormap, int x, int y, int width, int height);
   void SetGeometry(int x, int y, int width, int height);
+  // Drops every pointer into the document's tree: it is being replaced.
+  void ForgetTree();
 
   // ---- painting ----
   // The device rectangle of an expose: loads, composes when needed, draws.

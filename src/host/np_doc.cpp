@@ -145,6 +145,13 @@ void AppendWaitingNotice(TFmtCompoundNode* compound) {
 }  // namespace
 
 TFmtCompoundNode* CZephrinPlugInDoc::ParseSource(TTexTokenSource& source) {
+  // Each load starts a new document node: labels, titles, topic names and
+  // lists of the last load point into its tree, which goes (in slices,
+  // after the next paint) with the old node.
+  auto* fresh = new TFmtDocumentNode(m_pDocumentInstance);
+  fresh->Set_DocumentSource(m_Url);
+  Set_DocumentNode(fresh);
+  if (m_pWindow) m_pWindow->ForgetTree();
   source.Set_DocumentNode(m_pDocumentNode);
   source.Set_StopAtMissingFile(1);
   auto* compound = new TFmtCompoundNode;

@@ -173,6 +173,8 @@ void ZRServer::OnTimeOutHelper(XtPointer client, XtIntervalId*) {
   FD_SET(server->m_nListenSocket, &readable);
   timeval now{0, 0};
   if (select(server->m_nListenSocket + 1, &readable, nullptr, nullptr, &now) < 1) {
+    // An idle tick deletes a slice of a replaced document's tree.
+    TFmtDocumentNode::PartiallyDeleteDocumentStorage();
     Renew();
     return;
   }
