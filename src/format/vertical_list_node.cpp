@@ -218,6 +218,25 @@ TFmtNode* TFmtVerticalListNode::FindClosestNode(const CPoint& point) const {
   return nullptr;
 }
 
+int TFmtVerticalListNode::FindCaretPosition(CPoint& point, CObList& path) {
+  // Elements stand one below the other: only the one whose band holds the
+  // point is searched, so a pointer motion costs the depth of one element,
+  // not the whole document.
+  path.AddTail(this);
+  for (CObject* o : m_Children) {
+    TFmtNode* child = Node(o);
+    const int64_t top = int64_t{child->m_Position.y} + child->m_pExtent->m_nHeight;
+    const int64_t bottom = int64_t{child->m_Position.y} - child->m_pExtent->m_nDepth;
+    if (point.y > top) break;  // above this element, so above all that follow
+    if (point.y < bottom) continue;
+    if (child->FindCaretPosition(point, path)) return 1;
+    break;
+  }
+  if (IsPointInExtentRectangle(point)) return 1;
+  path.RemoveTail();
+  return 0;
+}
+
 int TFmtVerticalListNode::FindFirstCaretPosition(CObList& path) {
   path.AddTail(this);
   for (CObject* o : m_Children)

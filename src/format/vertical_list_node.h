@@ -24,6 +24,7 @@ class TFmtVerticalListNode : public TFmtCompoundNode {
   void Description(CString& out) override { out = "vertical list"; }
   int DontBreakBefore() const override { return 1; }
   void Draw(TFmtContext& context) override;
+  int FindCaretPosition(CPoint& point, CObList& path) override;
   int FindFirstCaretPosition(CObList& path) override;
   int GoesOnVerticalList() const override { return 1; }
   int IsEmpty() const override;

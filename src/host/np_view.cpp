@@ -99,6 +99,8 @@ void CZephrinPlugInView::SetScrollInfo() {
 }
 
 void CZephrinPlugInView::UpdateStatusLineText(const CString& text) {
+  // Any other text replaces "Ready": the next motion may say it again.
+  if (text != "Ready") m_bReadyShown = 0;
   ZRDocument* instance = m_pDocument ? m_pDocument->Get_DocumentInstance() : nullptr;
   if (instance && instance->GetServer()) instance->GetServer()->NSStatus(instance, text);
 }
