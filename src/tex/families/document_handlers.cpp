@@ -91,17 +91,33 @@ TFmtNode* TitlePage(TFmtContext& context, bool generate) {
   return generate ? document->Generate_TitlePage() : document->Get_TitlePage();
 }
 
+// A title that holds \begin{document} would put the title page inside
+// itself: inside the page, the command stands for nothing.
+bool fg_bInTitlePage = false;
+
+class TTitlePageScope {
+ public:
+  TTitlePageScope() { fg_bInTitlePage = true; }
+  ~TTitlePageScope() { fg_bInTitlePage = false; }
+  TTitlePageScope(const TTitlePageScope&) = delete;
+  TTitlePageScope& operator=(const TTitlePageScope&) = delete;
+};
+
 void Compose_begindocument(TFmtNode* node, int, TFmtContext& context) {
   NoExtent(node);
+  if (fg_bInTitlePage) return;
   TFmtNode* page = TitlePage(context, true);
   if (!page) return;
+  TTitlePageScope scope;
   page->m_Position = node->m_Position;
   node->m_pExtent->Reset(page->Compose(context));
 }
 
 void Draw_begindocument(TFmtNode* node, int, TFmtContext& context) {
+  if (fg_bInTitlePage) return;
   TFmtNode* page = TitlePage(context, false);
   if (!page) return;
+  TTitlePageScope scope;
   page->m_Position = node->m_Position;
   page->Draw(context);
 }
