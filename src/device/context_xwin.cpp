@@ -382,6 +382,8 @@ CColorRef TFmtContext_XWin::SetBkColor(const CColorRef& color) {
 }
 
 void TFmtContext_XWin::SetPageColor(const CColorRef& color) {
+  // The document keeps the colour, so that the view paints its background
+  // before anything is drawn; the window takes it now.
   if (m_pDocumentNode) m_pDocumentNode->Set_PageColor(color);
   if (!CanDraw()) return;
   CColorRef placed = color;

@@ -40,6 +40,9 @@ TFmtDocumentNode::~TFmtDocumentNode() {
 
 void TFmtDocumentNode::Build(TFmtCompoundNode* source) {
   ResetNodes();
+  // The sites are nodes of the body that Build deletes; the next Compose
+  // finds the labels again.
+  m_Labels.RemoveAll();
   m_pVerticalList->Build(source);
   Set_CompositionStatus(k_ComposeEverything);
 }
@@ -49,6 +52,7 @@ void TFmtDocumentNode::AppendToBottom(TFmtNode* node) { m_pVerticalList->AddTail
 void TFmtDocumentNode::Set_VerticalList(TFmtVerticalListNode* list) {
   if (!list || list == m_pVerticalList) return;
   ResetNodes();
+  m_Labels.RemoveAll();
   delete m_pVerticalList;
   m_pVerticalList = list;
   m_pVerticalList->Set_IsDocumentBody(1);
@@ -147,6 +151,13 @@ void TFmtDocumentNode::ReplaceOwned(TFmtNode*& field, TFmtNode* node) {
   if (node == field) return;
   delete field;
   field = node ? node : new TFmtCompoundNode;
+  // A title page made from the old data would be kept by Generate_TitlePage
+  // through a parse of the text again: it is made anew from the new data.
+  if (!m_pTitlePage->IsEmpty()) {
+    ResetNodes();
+    delete m_pTitlePage;
+    m_pTitlePage = new TFmtCompoundNode;
+  }
 }
 
 void TFmtDocumentNode::Set_Title(TFmtNode* node) { ReplaceOwned(m_pTitle, node); }

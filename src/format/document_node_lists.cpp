@@ -44,10 +44,16 @@ void TFmtDocumentNode::ProcessTitlePageLines(TFmtVerticalListNode* list, TFmtNod
   while (TFmtNode* child = children->RemoveHead()) {
     TFmtLineBreakNode* lineBreak = child->IsLineBreakNode();
     if (!lineBreak && !child->IsControlSequence(andName)) {
+      // Blanks at either end of a line would put it off centre.
+      if (!lineHasContent && child->IsWhiteSpace()) {
+        delete child;
+        continue;
+      }
       line->AddTail(child);
       lineHasContent = true;
       continue;
     }
+    line->RemoveTrailingWhiteSpace();
     list->AddTail(line);
     if (lineBreak && lineBreak->Get_OptionalSkip()) {
       auto* skip = new TFmtGlueNode(0, 0);
@@ -58,8 +64,12 @@ void TFmtDocumentNode::ProcessTitlePageLines(TFmtVerticalListNode* list, TFmtNod
     line = newLine();
     lineHasContent = false;
   }
-  if (lineHasContent) list->AddTail(line);
-  else delete line;
+  if (lineHasContent) {
+    line->RemoveTrailingWhiteSpace();
+    list->AddTail(line);
+  } else {
+    delete line;
+  }
 }
 
 TFmtNode* TFmtDocumentNode::Generate_TitlePage() {
@@ -93,11 +103,13 @@ void TFmtDocumentNode::InsertInReadingOrder(CObList& list, TFmtNode* node) {
     list.AddTail(node);
     return;
   }
+  // A node already listed stays where it is, even if it has moved since: a
+  // second entry would outlive the node when only one is removed.
+  if (list.Find(node) != list.GetEnd()) return;
   // From the tail: lower down, or on the same line further right, goes after.
   for (auto it = list.end(); it != list.begin();) {
     --it;
     auto* element = static_cast<TFmtNode*>(*it);
-    if (element == node) return;
     const CPoint& at = element->m_Position;
     const CPoint& p = node->m_Position;
     if (p.y < at.y || (p.y == at.y && p.x > at.x)) {
@@ -198,7 +210,9 @@ void TFmtDocumentNode::SaveRegistryValues() {
 }
 
 void TFmtDocumentNode::AddTemporaryDocument(const CString& name) {
-  fg_TemporaryDocuments.AddTail(TStringPool::g_pGlobal->Put(name));
+  // Kept as a copy, not through the pool: the names are removed at exit,
+  // when the pool may be gone.
+  fg_TemporaryDocuments.AddTail(name);
 }
 
 void TFmtDocumentNode::DeleteTemporaryDocuments() {

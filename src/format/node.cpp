@@ -14,6 +14,7 @@
 #include "math/math_node.h"
 #include "math/over_node.h"
 #include "math/scripted_node.h"
+#include "tex/families/document_handlers.h"
 #include "tex/families/parser_tables.h"
 #include "framework/gdi_objects.h"
 #include "framework/wnd.h"
@@ -180,12 +181,15 @@ void TFmtNode::InitializeTexParser() {
 }
 
 void TFmtNode::InitializeDrawProperties() {
-  if (fg_bDrawPropertiesInitialized) return;
-  fg_bDrawPropertiesInitialized = 1;
+  // Once per pool, like the parsers: a pool made anew loads again.
+  TStringPool::InitializeGlobal();
+  if (fg_bDrawPropertiesInitialized == TStringPool::Get_GlobalGeneration()) return;
+  fg_bDrawPropertiesInitialized = TStringPool::Get_GlobalGeneration();
   // The handler tables of the families join here; the _ALWAYSDRAW names are
   // already ours to load.
   TGlobalString::InitializeAlwaysDrawProperties();
   TFmtParagraphNode::InitializeDrawProperties();
+  RegisterDocumentHandlers();
 }
 
 void TFmtNode::ApplyRecursivelyList(CObList& list, void (*f)(TFmtNode*)) {

@@ -242,7 +242,7 @@ class TFmtNode : public TCopyableNode {
 
   // ---- class-level ----
   static inline int fg_bTexParserInitialized = 0;
-  static inline int fg_bDrawPropertiesInitialized = 0;
+  static inline int fg_bDrawPropertiesInitialized = 0;  // the pool generation loaded
   static inline int fg_bHtmlParserInitialized = 0;
   static inline TFmtNode* fg_pBoundedNode = nullptr;  // debugging box; nothing sets it
   static inline unsigned fg_nClipboardFormat = 0;

@@ -2,11 +2,11 @@
 // bibliography items, definitions made through text, and the like. Each
 // still builds a generic argumented node unless it says otherwise.
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <memory>
 
 #include "format/compound_node.h"
+#include "format/document_node.h"
 #include "format/leaf_nodes.h"
 #include "math/math_node.h"
 #include "symbols/global_strings.h"
@@ -308,17 +308,28 @@ TFmtNode* ParseTex_underOverset(TFmtControlSequenceNode* node, TTexTokenSource& 
   return generic;
 }
 
-// The document takes its copy once the document node exists; here the
-// command keeps its argument.
+// The command keeps its argument, and the document, when the source has one,
+// a copy of it for the title page.
 TFmtNode* ParseTex_titleLike(TFmtControlSequenceNode* node, TTexTokenSource& source) {
-  TFmtGenericArgumentedNode* generic = Generic(node->Get_Name());
-  if (std::strcmp(node->Get_Name(), "title") == 0)
+  const char* name = node->Get_Name();
+  const char* title = Intern("title");
+  TFmtGenericArgumentedNode* generic = Generic(name);
+  if (name == title)
     if (TFmtNode* optional = NextTexOptionalMacroArg(source, 1)) generic->AddArgument(optional, 1);
   generic->AddArgument(NextTexMacroArg(source, 1), 0);
+  if (TFmtDocumentNode* document = source.Get_DocumentNode()) {
+    TFmtNode* text = generic->Get_Arguments()->GetTail();
+    if (name == title) document->Set_Title(text->Copy());
+    else if (name == Intern("author")) document->Set_Author(text->Copy());
+    else if (name == Intern("date")) document->Set_Date(text->Copy());
+  }
   return generic;
 }
 
-TFmtNode* ParseTex_maketitle(TFmtControlSequenceNode* node, TTexTokenSource&) { return node; }
+TFmtNode* ParseTex_maketitle(TFmtControlSequenceNode* node, TTexTokenSource& source) {
+  if (TFmtDocumentNode* document = source.Get_DocumentNode()) document->SetMakeTitle(1);
+  return node;
+}
 
 TFmtNode* ParseTex_windowTitle(TFmtControlSequenceNode* node, TTexTokenSource& source) {
   std::unique_ptr<TFmtNode> argument(NextTexMacroArg(source, 1));
