@@ -135,7 +135,7 @@ void CZephrinGenericView::OnPrepareDC() {
   context->Set_Window(this);
   TFontFamily::PrepareAllFonts(this);
   TFmtContext_XWin::ResetScaledFeatures();
-  CSize size(m_nWidth, m_nHeight);
+  CSize size(VisibleWidth(), m_nHeight);
   context->DPtoLP(size);
   const int m = TFmtContext::fg_nDisplayMargin;
   context->m_nLeftMargin = m;
@@ -215,6 +215,17 @@ void CZephrinGenericView::RecomposeAndRedraw() {
   SetScrollInfo();
 }
 
+int CZephrinGenericView::VisibleWidth() const {
+  // The main window's clip window is what shows of the drawing area: the
+  // window less a vertical bar when there is one. Lines are broken for it,
+  // so that text never runs under the bar.
+  Widget clip = nullptr;
+  if (m_MainWidget) XtVaGetValues(m_MainWidget, XmNclipWindow, &clip, nullptr);
+  Dimension shown = 0;
+  if (clip) XtVaGetValues(clip, XmNwidth, &shown, nullptr);
+  return shown > 0 ? std::min<int>(shown, m_nWidth) : m_nWidth;
+}
+
 CRect CZephrinGenericView::GetVisibleRect() const {
   int x = 0, y = 0;
   if (m_HScroll && XtIsManaged(m_HScroll)) XtVaGetValues(m_HScroll, XmNvalue, &x, nullptr);
@@ -257,21 +268,14 @@ void CZephrinGenericView::GetTrueClientSize(CSize& client, CSize& bars) const {
 
 void CZephrinGenericView::SetScrollSizes(const CSize& total, const CSize&, const CSize&) {
   if (m_DrawWidget) {
+    // The area grows and never shrinks in height: the main window scrolls
+    // it, so a scroll is plain exposes. Its width is the document's: lines
+    // are broken for what shows, so it fits unless something is wider than
+    // a line, and no horizontal bar comes for nothing. Beyond it the clip
+    // window shows its own background, the same paper.
     Dimension width = 0, height = 0;
     XtVaGetValues(m_DrawWidget, XmNwidth, &width, XmNheight, &height, nullptr);
-    // The area grows and never shrinks in height: the main window scrolls
-    // it, so a scroll is plain exposes. In width it is kept to what the
-    // window shows when the text fits, so that a vertical bar brings no
-    // useless horizontal one.
-    int clipWidth = m_nWidth;
-    Widget clip = nullptr;
-    if (m_MainWidget) XtVaGetValues(m_MainWidget, XmNclipWindow, &clip, nullptr);
-    if (clip) {
-      Dimension shown = 0;
-      XtVaGetValues(clip, XmNwidth, &shown, nullptr);
-      if (shown > 0) clipWidth = shown;
-    }
-    const int newWidth = std::clamp(std::max<int>(total.cx, clipWidth), 1, kMaxWindowSize);
+    const int newWidth = std::clamp<int>(total.cx, 1, kMaxWindowSize);
     const int newHeight = std::clamp(std::max<int>(total.cy, height), 1, kMaxWindowSize);
     if (newWidth != width || newHeight != height)
       XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(newWidth), XmNheight,

@@ -86,6 +86,8 @@ class CZephrinGenericView : public CWnd {
   void GetTrueClientSize(CSize& client, CSize& bars) const;
   // The part of the drawing area that the window shows, in device units.
   CRect GetVisibleRect() const;
+  // The width that shows of the drawing area, in pixels.
+  int VisibleWidth() const;
 
   // ---- scrolling to a place ----
   void Set_NodeToScrollTo(TFmtNode* node, int top) {

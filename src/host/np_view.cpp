@@ -78,24 +78,32 @@ void CZephrinPlugInView::SetScrollInfo() {
   CSize client, bars;
   GetTrueClientSize(client, bars);
   const CSize usable(client.cx - bars.cx, client.cy - 2 * bars.cy);
-  context->Set_Window(this);
-  OnPrepareDC();
-  PreDraw(0, "");
-  document->m_Position = CPoint(context->m_nLeftMargin, context->m_nTop);
-  if (document->Get_CompositionStatus() != k_Composed && ZephrinStat::GetZephrinStatObject()->GetFontStatus() == 7) {
-    SetWaitCursor();
-    document->Compose(*context);
-    SetIBeamCursor();
+  // A composition that brings the vertical bar narrows what shows: the
+  // text is then broken again, once, for the narrower width.
+  for (int pass = 0; pass < 2; ++pass) {
+    const int composedWidth = VisibleWidth();
+    context->Set_Window(this);
+    OnPrepareDC();
+    PreDraw(0, "");
+    document->m_Position = CPoint(context->m_nLeftMargin, context->m_nTop);
+    if (document->Get_CompositionStatus() != k_Composed &&
+        ZephrinStat::GetZephrinStatObject()->GetFontStatus() == 7) {
+      SetWaitCursor();
+      document->Compose(*context);
+      SetIBeamCursor();
+    }
+    CSize total;
+    DocumentSize(total);
+    CSize page(MulDiv(usable.cx, 9, 10), MulDiv(usable.cy, 9, 10));
+    CSize line(MulDiv(usable.cx, 1, 10), MulDiv(usable.cy, 1, 10));
+    context->Log2Dev(page);
+    context->Log2Dev(line);
+    page.cy = std::abs(page.cy);
+    line.cy = std::abs(line.cy);
+    SetScrollSizes(total, page, line);
+    if (VisibleWidth() == composedWidth) break;
+    document->Set_CompositionStatus(k_WidthChanged);
   }
-  CSize total;
-  DocumentSize(total);
-  CSize page(MulDiv(usable.cx, 9, 10), MulDiv(usable.cy, 9, 10));
-  CSize line(MulDiv(usable.cx, 1, 10), MulDiv(usable.cy, 1, 10));
-  context->Log2Dev(page);
-  context->Log2Dev(line);
-  page.cy = std::abs(page.cy);
-  line.cy = std::abs(line.cy);
-  SetScrollSizes(total, page, line);
 }
 
 void CZephrinPlugInView::UpdateStatusLineText(const CString& text) {
