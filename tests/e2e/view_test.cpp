@@ -130,9 +130,11 @@ class View : public ::testing::Test {
     ASSERT_NE(display, nullptr);
     int event, error, major, minor;
     ASSERT_TRUE(XTestQueryExtension(display, &event, &error, &major, &minor));
-    ASSERT_TRUE(shim.Start()) << "host not ready; exit " << shim.Host().WaitExit(0);
+    ASSERT_TRUE(shim.Start(Registry())) << "host not ready; exit " << shim.Host().WaitExit(0);
     paintDone = XInternAtom(display, zlink::kPaintDoneAtom, False);
   }
+  // The profile store the host starts with.
+  virtual std::string Registry() { return ""; }
   void TearDown() override {
     if (display) XCloseDisplay(display);
   }
@@ -487,4 +489,90 @@ TEST_F(View, ThePopupComesOnReleaseAndNextTopicOpensTheNeighbour) {
   EXPECT_EQ(std::string(r.url), Url(fs::path(path).parent_path().string() + "/next.tex"));
   EXPECT_EQ(r.noTarget, 0u);
   EXPECT_EQ(std::string(r.target), "_self");
+}
+
+namespace {
+// Forty one-line paragraphs; labels after the 15th and the 40th, and the
+// profile store's bookmark naming one of them for the document's URL.
+class Bookmark : public View {
+ protected:
+  static std::string Path() {
+    static const std::string path = [] {
+      std::string text;
+      for (int i = 1; i <= 40; ++i) {
+        text += "Para " + std::to_string(i) + ".\n";
+        if (i == 15) text += "\\label{middle}\n";
+        if (i == 40) text += "\\label{last}\n";
+        text += "\n";
+      }
+      const std::string file = ztest::ScratchDir("bookmark") + "/paras.tex";
+      ztest::WriteFile(file, text);
+      return file;
+    }();
+    return path;
+  }
+  std::string Registry() override {
+    const char* label = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    return "Corvane.Bookmark.URL: file:" + Path() + "\nCorvane.Bookmark.label: " +
+           (std::string(label).find("End") != std::string::npos ? "last" : "middle") + "\n";
+  }
+  // y and height of body element k, composed at the top 0 (logical units).
+  static std::pair<int, int> Element(int k) {
+    std::string command = ztest::BuildPath("zephrin-inspect") + " layout " + Path() + " --width 500 2>/dev/null";
+    FILE* pipe = popen(command.c_str(), "r");
+    char buffer[512];
+    std::pair<int, int> found{0, 0};
+    while (pipe && std::fgets(buffer, sizeof buffer, pipe)) {
+      int index, y, h;
+      char kind[64];
+      if (std::sscanf(buffer, "E %d %63s %d %d", &index, kind, &y, &h) == 4 && index == k) found = {y, h};
+    }
+    if (pipe) pclose(pipe);
+    return found;
+  }
+  int DeviceY(int logical) const {
+    const int screen = DefaultScreen(display);
+    const long height = static_cast<long>(DisplayHeightMM(display, screen)) * 1440 / 254;
+    return static_cast<int>(static_cast<long>(logical) * DisplayHeight(display, screen) / height);
+  }
+  // The drawing area's height: the main window's clip holds it.
+  int DrawingHeight(Window browser) {
+    for (Window main : Children(display, browser))
+      for (Window clip : Children(display, main))
+        for (Window draw : Children(display, clip)) return Attributes(display, draw).height;
+    return 0;
+  }
+  // The same document, without the bookmark, in a window that shows it all.
+  Image Whole(int32_t id) {
+    Window whole = Open(id, Path(), 300, 1000);
+    return Settle(whole);
+  }
+  // Whether the clip shows the whole picture from row `offset` on.
+  static bool ShowsFrom(const Image& scrolled, const XRectangle& clip, const Image& whole, int offset) {
+    for (int r = 0; r < clip.height; ++r)
+      for (int x = 0; x < 250; ++x)
+        if (!(scrolled.At(x, clip.y + r) == whole.At(x, offset + r))) return false;
+    return true;
+  }
+};
+}  // namespace
+
+TEST_F(Bookmark, ALabelInTheMiddleScrollsItsParagraphToTheTop) {
+  Window browser = Open(1, Path(), 300, 200);
+  const Image scrolled = Settle(browser);
+  const XRectangle clip = ClipArea(browser);
+  // The 15th paragraph's top with its 12-unit skip above it, the view's top
+  // margin being 26 units: value = its device y.
+  auto [y, h] = Element(14);
+  const int value = DeviceY(-(y - 26 + h + 12));
+  EXPECT_TRUE(ShowsFrom(scrolled, clip, Whole(2), value)) << "value " << value;
+}
+
+TEST_F(Bookmark, ALabelNearTheEndScrollsToTheEnd) {
+  Window browser = Open(1, Path(), 300, 200);
+  const Image scrolled = Settle(browser);
+  const XRectangle clip = ClipArea(browser);
+  // Too near the end for the top: maximum - slider - 1.
+  const int value = DrawingHeight(browser) - clip.height - 1;
+  EXPECT_TRUE(ShowsFrom(scrolled, clip, Whole(2), value)) << "value " << value;
 }

@@ -75,12 +75,12 @@ LinkShim::~LinkShim() {
   close(m_nControl);
 }
 
-bool LinkShim::Start() {
+bool LinkShim::Start(const std::string& registry) {
   const char* staged = std::getenv("ZEPHRIN_HOME");
   m_Host.SetEnv("ZEPHRIN_HOME", staged ? std::string(staged) : BuildPath("install"));
   m_Home = ScratchDir("home");
   fs::create_directories(fs::path(m_Home) / ".zephrin" / "Cache");
-  WriteFile(m_Home + "/.zephrin/Cache/registry", "");
+  WriteFile(m_Home + "/.zephrin/Cache/registry", registry);
   m_Host.SetEnv("HOME", m_Home);
   if (!m_Host.Start()) return false;
   std::string report;

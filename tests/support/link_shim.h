@@ -22,7 +22,8 @@ class LinkShim {
 
   // Starts the host with the staged installation and an empty profile store
   // and reads its report; false when it is not ready.
-  bool Start();
+  // registry: the profile store's text at start (empty by default).
+  bool Start(const std::string& registry = "");
   HostShim& Host() { return m_Host; }
   const std::string& Home() const { return m_Home; }
 
