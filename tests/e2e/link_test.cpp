@@ -18,29 +18,14 @@
 #include "host/link_records.h"
 #include "support/link_shim.h"
 #include "support/paths.h"
+#include "support/x_windows.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 10000) {
-  auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-  while (std::chrono::steady_clock::now() < end) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return condition();
-}
-
-std::vector<Window> Children(Display* display, Window window) {
-  Window root, parent, *children = nullptr;
-  unsigned count = 0;
-  std::vector<Window> result;
-  if (XQueryTree(display, window, &root, &parent, &children, &count)) {
-    result.assign(children, children + count);
-    if (children) XFree(children);
-  }
-  return result;
-}
+using ztest::Attributes;
+using ztest::Children;
+using ztest::WaitFor;
 
 struct Size {
   int width = 0, height = 0;

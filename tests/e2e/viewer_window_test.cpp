@@ -24,31 +24,9 @@
 namespace fs = std::filesystem;
 
 namespace {
-bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 15000) {
-  auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-  while (std::chrono::steady_clock::now() < end) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return condition();
-}
-
-std::vector<Window> Children(Display* display, Window window) {
-  Window root, parent, *children = nullptr;
-  unsigned count = 0;
-  std::vector<Window> result;
-  if (XQueryTree(display, window, &root, &parent, &children, &count)) {
-    result.assign(children, children + count);
-    if (children) XFree(children);
-  }
-  return result;
-}
-
-XWindowAttributes Attributes(Display* display, Window window) {
-  XWindowAttributes attributes{};
-  XGetWindowAttributes(display, window, &attributes);
-  return attributes;
-}
+using ztest::Attributes;
+using ztest::Children;
+using ztest::WaitFor;
 
 // Depth first: the first window below `top` with a child of exactly this size
 // that itself has children (the host's main window inside the drawing area).
@@ -88,7 +66,7 @@ TEST(ViewerWindow, HostWidgetsFollowAResizeAndCloseEndsBoth) {
   Window shell = ztest::FindWindowByTitle(display, "zephrin-view: window.tex", 15000);
   ASSERT_NE(shell, 0u);
   Window hostMain = 0;
-  EXPECT_TRUE(WaitFor([&] { return (hostMain = FindHostMainWindow(display, shell, 300, 200)) != 0; }))
+  EXPECT_TRUE(WaitFor([&] { return (hostMain = FindHostMainWindow(display, shell, 300, 200)) != 0; }, 15000))
       << "the host's widgets did not appear in the drawing area";
 
   pid_t host = 0;
@@ -102,12 +80,12 @@ TEST(ViewerWindow, HostWidgetsFollowAResizeAndCloseEndsBoth) {
   XWindowAttributes before = Attributes(display, shell);
   XResizeWindow(display, shell, before.width + 100, before.height + 100);
   XSync(display, False);
-  EXPECT_TRUE(WaitFor([&] { return FindHostMainWindow(display, shell, 400, 300) != 0; }))
+  EXPECT_TRUE(WaitFor([&] { return FindHostMainWindow(display, shell, 400, 300) != 0; }, 15000))
       << "the host's widgets were not resized";
 
   ztest::SendDeleteWindow(display, shell);
   int status = 0;
-  bool ended = WaitFor([&] { return waitpid(pid, &status, WNOHANG) == pid; });
+  bool ended = WaitFor([&] { return waitpid(pid, &status, WNOHANG) == pid; }, 15000);
   if (!ended) {
     kill(pid, SIGKILL);
     waitpid(pid, &status, 0);

@@ -93,4 +93,30 @@ void AppendFontDirectory(Display* display, const std::string& directory) {
   XSync(display, False);
   if (old) XFreeFontPath(old);
 }
+bool WaitFor(const std::function<bool()>& condition, int timeoutMs) {
+  auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+  while (std::chrono::steady_clock::now() < end) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return condition();
+}
+
+std::vector<Window> Children(Display* display, Window window) {
+  Window root, parent, *children = nullptr;
+  unsigned count = 0;
+  std::vector<Window> result;
+  if (XQueryTree(display, window, &root, &parent, &children, &count)) {
+    result.assign(children, children + count);
+    if (children) XFree(children);
+  }
+  return result;
+}
+
+XWindowAttributes Attributes(Display* display, Window window) {
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(display, window, &attributes);
+  return attributes;
+}
+
 }  // namespace ztest

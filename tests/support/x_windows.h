@@ -3,6 +3,7 @@
 
 #include <X11/Xlib.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,4 +21,10 @@ std::vector<std::string> GetFontPath(Display* display);
 void AppendFontDirectory(Display* display, const std::string& directory);
 // Waits until the window is unmapped (or gone); false after `timeoutMs`.
 bool WaitUnmapped(Display* display, Window window, int timeoutMs);
+// Polls every 20 ms until the condition holds; false after `timeoutMs`.
+bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 10000);
+// The window's children, bottom first; empty for a window that is gone.
+std::vector<Window> Children(Display* display, Window window);
+// Zeros for a window that is gone.
+XWindowAttributes Attributes(Display* display, Window window);
 }  // namespace ztest
