@@ -38,6 +38,14 @@ void TFmtCharacterNode::Description(CString& out) {
   out += m_c;
 }
 
+int TFmtCharacterNode::DontBreakAfter() const {
+  return m_c != '\0' && (std::strchr("{([<", m_c) != nullptr || m_c == '`' || m_c == '\'');
+}
+
+int TFmtCharacterNode::DontBreakBefore() const {
+  return m_c != '\0' && (std::strchr(",.?:;>!)-}]", m_c) != nullptr || m_c == '`' || m_c == '\'');
+}
+
 int TFmtCharacterNode::IsWhiteSpace() const {
   const auto u = static_cast<unsigned char>(m_c);
   return u < 128 && (m_c == ' ' || m_c == '\t' || m_c == '\n');

@@ -21,6 +21,9 @@ class TFmtCharacterNode : public TFmtNode {
   void Draw(TFmtContext& context) override;
   int IsCharacter(char c) const override { return c == m_c; }
   TFmtCharacterNode* IsCharacterNode() const override { return const_cast<TFmtCharacterNode*>(this); }
+  // Punctuation stays with the word before it, openers with the word after.
+  int DontBreakAfter() const override;
+  int DontBreakBefore() const override;
   int IsWhiteSpace() const override;
   TFmtNode* ParseTex(TTexTokenSource& source) override;
   void PrintTex(CString& out, int& column) const override;
@@ -49,6 +52,8 @@ class TFmtControlCharacterNode : public TFmtNode {
   TFmtNode* Copy() const override { return CopyDerived(); }
   TFmtControlCharacterNode* CopyDerived() const { return new TFmtControlCharacterNode(*this); }
   TFmtExtent* Compose(TFmtContext& context) override;
+  int DontBreakAfter() const override { return m_c == '{'; }
+  int DontBreakBefore() const override { return m_c == '}'; }
   void Description(CString& out) override;
   void Draw(TFmtContext& context) override;
   TFontFamily* GetFontFamilyAndCharacter(int& code) override;

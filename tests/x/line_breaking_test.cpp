@@ -150,6 +150,18 @@ TEST_F(LineBreaking, AnOverflowingBlankGoesIntoTheBreakAndCountsTwice) {
             (std::vector<TLine>{{"soft", 4, 2 * a + 2 * S, "aaa aaa "}, {"end", 8, 2 * a + S, "aaa aaa"}}));
 }
 
+TEST_F(LineBreaking, PunctuationStaysWithItsWordAndAnOpenerWithTheNext) {
+  // At 2a+S the comma does not fit after the second word; no break may come
+  // before it, so the break goes back to before that word.
+  const int comma = font->CharacterWidth(',', context);
+  EXPECT_EQ(Lines("aaa aaa,", 2 * a + S),
+            (std::vector<TLine>{{"soft", 2, a + S, "aaa "}, {"end", 5, a + comma, "aaa,"}}));
+  // No break after "(": "(aaa" moves to the next line whole.
+  const int paren = font->CharacterWidth('(', context);
+  EXPECT_EQ(Lines("aaa (aaa", a + S + paren),
+            (std::vector<TLine>{{"soft", 2, a + S, "aaa "}, {"end", 5, paren + a, "(aaa"}}));
+}
+
 TEST_F(LineBreaking, TheSecondBlankDecidesTheThirdLine) {
   // The case needs S <= a-b < 2S <= a; the installation's roman gives it.
   ASSERT_LE(S, a - b);
