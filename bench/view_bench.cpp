@@ -345,15 +345,19 @@ struct TBrowser {
     if (children) XFree(children);
     return count > 0;
   }
-  bool WaitPaint(Window window, int timeoutMs) {
-    return WaitFor(
+  // The paint-done event, or false after the time or when the host has
+  // ended.
+  bool WaitPaint(Window window, int timeoutMs, ztest::HostShim& host) {
+    bool painted = false;
+    WaitFor(
         [&] {
           XEvent event;
           while (XCheckTypedWindowEvent(display, window, ClientMessage, &event))
-            if (event.xclient.message_type == paintDone) return true;
-          return false;
+            if (event.xclient.message_type == paintDone) painted = true;
+          return painted || host.WaitExit(0) != -1;
         },
         timeoutMs);
+    return painted;
   }
 };
 
@@ -387,7 +391,7 @@ void BM_HostRss(benchmark::State& state) {
 
     const auto start = Clock::now();
     shim.Send(ztest::LinkShim::StreamAsFile(1, "file:" + path, path));
-    if (!browser.WaitPaint(first, 20000) || shim.ReadStatus() != "zephrin reading file:" + path + " ..." ||
+    if (!browser.WaitPaint(first, 20000, shim.Host()) || shim.ReadStatus() != "zephrin reading file:" + path + " ..." ||
         shim.ReadStatus() != " ") {
       state.SkipWithError("the article was not loaded and painted");
       return;
@@ -400,7 +404,7 @@ void BM_HostRss(benchmark::State& state) {
     shim.Send(shim.NewHere(2));
     shim.Send(ztest::LinkShim::SetWindow(2, other, kWidth, kHeight));
     shim.Send(ztest::LinkShim::StreamAsFile(2, "file:" + path, path));
-    if (!browser.WaitPaint(other, 20000)) {
+    if (!browser.WaitPaint(other, 20000, shim.Host())) {
       state.SkipWithError("the second article was not painted");
       return;
     }
@@ -421,4 +425,82 @@ void BM_HostRss(benchmark::State& state) {
 // The iteration's time is end to end: StreamAsFile sent to the paint-done
 // event received, the tick included.
 BENCHMARK(BM_HostRss)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// ---- a 50 MB file --------------------------------------------------------------------
+
+// 50 MB of text: lines of words in paragraphs of ten lines (Arg 0), or a
+// single line without a blank (Arg 1).
+std::string LargeFile(int oneLine) {
+  static const std::string dir = ztest::ScratchDir("view-bench-large");
+  const std::string path = dir + (oneLine ? "/line.tex" : "/text.tex");
+  if (fs::exists(path)) return path;
+  constexpr size_t kBytes = 50u << 20;
+  std::string text;
+  text.reserve(kBytes + 100);
+  if (oneLine) {
+    static const char letters[] = "abcdefghijklmnopqrstuvwxyz";
+    for (size_t i = 0; text.size() < kBytes; ++i) text += letters[(i * 7) % 26];
+  } else {
+    static const char* const words[] = {"the", "front", "between", "wet", "and", "dry", "pores", "moves",
+                                        "down", "through", "a", "thin", "layer", "as", "liquid", "leaves"};
+    for (size_t line = 0; text.size() < kBytes; ++line) {
+      for (size_t w = 0; w < 12; ++w) {
+        text += words[(line * 5 + w * 3) % 16];
+        text += ' ';
+      }
+      text += line % 10 == 9 ? "\n\n" : "\n";
+    }
+  }
+  text.resize(kBytes);
+  ztest::WriteFile(path, text);
+  return path;
+}
+
+// End to end, one host per iteration: StreamAsFile to the first paint, and
+// the host's peak memory (VmHWM) then.
+void BM_LargeFile(benchmark::State& state) {
+  if (!HaveX()) {
+    state.SkipWithError("run under tests/run-with-xvfb with ZEPHRIN_BUILD_DIR set");
+    return;
+  }
+  const std::string path = LargeFile(static_cast<int>(state.range(0)));
+  double bare = 0, peak = 0, after = 0;
+  TBrowser browser;
+  for (auto _ : state) {
+    ztest::LinkShim shim;
+    if (!browser.display || !shim.Start()) {
+      state.SkipWithError("the host did not start");
+      return;
+    }
+    const pid_t pid = shim.Host().HostPid();
+    Window window = browser.MakeWindow();
+    shim.Send(shim.NewHere(1));
+    shim.Send(ztest::LinkShim::SetWindow(1, window, kWidth, kHeight));
+    if (!WaitFor([&] { return browser.HasChild(window); }, 10000)) {
+      state.SkipWithError("no widgets in the browser's window");
+      return;
+    }
+    Settle();
+    bare += StatusMiB(pid, "VmRSS");
+    const auto start = Clock::now();
+    shim.Send(ztest::LinkShim::StreamAsFile(1, "file:" + path, path));
+    if (!browser.WaitPaint(window, 600000, shim.Host())) {
+      state.SkipWithError("no paint within ten minutes, or the host ended");
+      return;
+    }
+    state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+    Settle();
+    peak += StatusMiB(pid, "VmHWM");
+    after += StatusMiB(pid, "VmRSS");
+    if (shim.Host().WaitExit(0) != -1) {
+      state.SkipWithError("the host ended");
+      return;
+    }
+  }
+  const double n = static_cast<double>(state.iterations());
+  state.counters["bare_MiB"] = bare / n;
+  state.counters["peak_MiB"] = peak / n;
+  state.counters["after_MiB"] = after / n;
+}
+BENCHMARK(BM_LargeFile)->Arg(0)->Arg(1)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 }  // namespace
