@@ -14,6 +14,11 @@
 // bare, with the article, the growth (goal: at most 10), the second
 // article's increment (the article's own share; goal: under 2.5).
 //
+// BM_LargeFile, end to end: a 50 MB file as lines of words (0) and as one
+// line without a blank (1): StreamAsFile to the first paint, and the host's
+// peak memory. No goal but a bound: the tests use a smaller file. The text
+// case takes some 4 GiB; --benchmark_filter='First|Rss' leaves it out.
+//
 // Run under an X server with the build's installation tree:
 //   ZEPHRIN_BUILD_DIR=build tests/run-with-xvfb build/bench/view_bench
 #include <benchmark/benchmark.h>
