@@ -12,7 +12,6 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "host/link_records.h"
 #include "support/link_shim.h"
 #include "support/paths.h"
+#include "support/x_windows.h"
 
 namespace fs = std::filesystem;
 
@@ -34,25 +34,8 @@ constexpr int kMaxWindowSize = 32767;
 // over a document would send "Ready" among the statuses.
 constexpr int kWidth = 400, kHeight = 300;
 
-bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 10000) {
-  auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-  while (std::chrono::steady_clock::now() < end) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return condition();
-}
-
-std::vector<Window> Children(Display* display, Window window) {
-  Window root, parent, *children = nullptr;
-  unsigned count = 0;
-  std::vector<Window> result;
-  if (XQueryTree(display, window, &root, &parent, &children, &count)) {
-    result.assign(children, children + count);
-    if (children) XFree(children);
-  }
-  return result;
-}
+using ztest::Children;
+using ztest::WaitFor;
 
 class ViewBadInput : public ::testing::Test {
  protected:
