@@ -173,7 +173,14 @@ int TFmtContext_XWin::TextOut(int x, int y, const char* text, int length) {
   Log2Dev(x, y);
   // An origin outside X's range would wrap to somewhere on screen.
   if (x < kDeviceMin || x > kDeviceMax || y < kDeviceMin || y > kDeviceMax) return 1;
-  XDrawString(m_pWindow->m_pDisplay, m_pWindow->m_DrawWindow, m_pWindow->m_GC, x, y, text, length);
+  // A text request carries its length in 16 bits of 4-byte words: a string
+  // of some 260,000 characters is refused, and a longer one leaves Xlib
+  // without its sequence numbers, which aborts the process. At a pixel or
+  // more a character, none past this many from an origin inside the range
+  // can be on screen.
+  constexpr int kMostCharactersDrawn = 65536;
+  XDrawString(m_pWindow->m_pDisplay, m_pWindow->m_DrawWindow, m_pWindow->m_GC, x, y, text,
+              std::min(length, kMostCharactersDrawn));
   return 1;
 }
 
