@@ -268,18 +268,29 @@ void CZephrinGenericView::GetTrueClientSize(CSize& client, CSize& bars) const {
 
 void CZephrinGenericView::SetScrollSizes(const CSize& total, const CSize&, const CSize&) {
   if (m_DrawWidget) {
-    // The area grows and never shrinks in height: the main window scrolls
-    // it, so a scroll is plain exposes. Its width is the document's: lines
-    // are broken for what shows, so it fits unless something is wider than
-    // a line, and no horizontal bar comes for nothing. Beyond it the clip
-    // window shows its own background, the same paper.
+    // The main window scrolls the area, so a scroll is plain exposes. Its
+    // width is the document's: lines are broken for what shows, so it fits
+    // unless something is wider than a line, and no horizontal bar comes for
+    // nothing. Its height is the document's, and no more than what shows
+    // once the width is settled (a horizontal bar takes some) when it is
+    // shorter: a document that fits brings no vertical bar either. Beyond the area the clip window
+    // shows its own background, the same paper.
     Dimension width = 0, height = 0;
     XtVaGetValues(m_DrawWidget, XmNwidth, &width, XmNheight, &height, nullptr);
     const int newWidth = std::clamp<int>(total.cx, 1, kMaxWindowSize);
-    const int newHeight = std::clamp(std::max<int>(total.cy, height), 1, kMaxWindowSize);
-    if (newWidth != width || newHeight != height)
-      XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(newWidth), XmNheight,
-                    static_cast<Dimension>(newHeight), nullptr);
+    if (newWidth != width) XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(newWidth), nullptr);
+    Widget clip = nullptr;
+    Dimension shown = 0;
+    if (m_MainWidget) XtVaGetValues(m_MainWidget, XmNclipWindow, &clip, nullptr);
+    if (clip) XtVaGetValues(clip, XmNheight, &shown, nullptr);
+    // Grown to the document, or brought down to what shows; not grown back
+    // to it (the clip gains a little when a bar goes, and would keep the
+    // two chasing each other).
+    int newHeight = height;
+    if (total.cy > height) newHeight = total.cy;
+    else if (shown > 0 && height > shown) newHeight = std::max<int>(total.cy, shown);
+    newHeight = std::clamp(newHeight, 1, kMaxWindowSize);
+    if (newHeight != height) XtVaSetValues(m_DrawWidget, XmNheight, static_cast<Dimension>(newHeight), nullptr);
   }
   // After the resize: the main window sets the bars anew when the area
   // changes, and the step must be ours.

@@ -555,3 +555,10 @@ TEST_F(Bookmark, ALabelNearTheEndScrollsToTheEnd) {
   const int value = DrawingHeight(browser) - clip.height - 1;
   EXPECT_TRUE(ShowsFrom(scrolled, clip, Whole(2), value)) << "value " << value;
 }
+
+TEST_F(View, AWordWiderThanTheWindowBringsOnlyTheHorizontalBar) {
+  const int width = 400, height = 300;
+  Window browser = Open(9, MakeFile("wide.tex", std::string(600, 'x') + "\n"), width, height);
+  EXPECT_NE(HorizontalBar(browser, width, height), 0u);
+  EXPECT_EQ(VerticalBar(browser, width, height), 0u);
+}
