@@ -272,9 +272,9 @@ void CZephrinGenericView::SetScrollSizes(const CSize& total, const CSize&, const
     // width is the document's: lines are broken for what shows, so it fits
     // unless something is wider than a line, and no horizontal bar comes for
     // nothing. Its height is the document's, and no more than what shows
-    // once the width is settled (a horizontal bar takes some) when it is
-    // shorter: a document that fits brings no vertical bar either. Beyond the area the clip window
-    // shows its own background, the same paper.
+    // (once the width is settled: a horizontal bar takes some) when that is
+    // shorter, so a document that fits brings no vertical bar either. Beyond
+    // the area the clip window shows its own background, the same paper.
     Dimension width = 0, height = 0;
     XtVaGetValues(m_DrawWidget, XmNwidth, &width, XmNheight, &height, nullptr);
     const int newWidth = std::clamp<int>(total.cx, 1, kMaxWindowSize);
