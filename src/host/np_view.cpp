@@ -79,7 +79,8 @@ void CZephrinPlugInView::SetScrollInfo() {
   GetTrueClientSize(client, bars);
   const CSize usable(client.cx - bars.cx, client.cy - 2 * bars.cy);
   // A composition that brings the vertical bar narrows what shows: the
-  // text is then broken again, once, for the narrower width.
+  // text is then composed again, once, for the narrower width (in full, as
+  // a resize is).
   for (int pass = 0; pass < 2; ++pass) {
     const int composedWidth = VisibleWidth();
     context->Set_Window(this);
@@ -102,7 +103,7 @@ void CZephrinPlugInView::SetScrollInfo() {
     line.cy = std::abs(line.cy);
     SetScrollSizes(total, page, line);
     if (VisibleWidth() == composedWidth) break;
-    document->Set_CompositionStatus(k_WidthChanged);
+    document->Set_CompositionStatus(k_ComposeEverything);
   }
 }
 
