@@ -390,6 +390,7 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
       }
       fills.RemoveAll();
     };
+    bool lineInk = false, anyInk = false;
     auto lineStart = m_Children.GetHeadPosition();
     for (auto position = m_Children.GetHeadPosition(); position != m_Children.GetEnd(); ++position) {
       TFmtNode* child = Node(*position);
@@ -400,11 +401,20 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
         line.m_nWidth += e.m_nWidth;
         line.MaxHeight(e.m_nHeight);
         line.MaxDepth(e.m_nDepth);
+        // Blanks and commands of no size show nothing: a line of only those
+        // is empty (a LaTeX preamble makes one).
+        // A glue of the source counts, whatever its width so far (a fill
+        // gets its share below).
+        if (!child->IsWhiteSpace()) {
+          const TFmtGlueNode* glue = child->IsGlueNode();
+          if (glue ? glue->Get_UserSupplied() != 0 : e.Sum() != 0) lineInk = anyInk = true;
+        }
         if (shareFill && FillGlue(child)) fills.AddTail(child);
         continue;
       }
       if (shareFill) shareOut();
-      if (line.Sum() > 0) applyStrut(line);  // an empty line gets none
+      if (lineInk) applyStrut(line);  // an empty line gets none
+      lineInk = false;
       addLine();
       lineBreak->m_nAdvance = line.m_nDepth;
       if (prev) prev->m_nAdvance += line.m_nHeight + gap;
@@ -418,7 +428,7 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
     if (shareFill) shareOut();
     // The last line takes its strut before its height joins the advance
     // above it, as every other line does.
-    if (line.Sum() > 0) {
+    if (lineInk) {
       applyStrut(line);
       last = line;
     }
@@ -437,6 +447,7 @@ TFmtExtent* TFmtParagraphNode::Compose(TFmtContext& context) {
       extent.Reset(extent.m_nHeight + m_nVerticalShift, last.m_nDepth, extent.m_nWidth);
     }
     if (HasWidth()) extent.MaxWidth(static_cast<int32_t>(m_pWidth->GetInternalValue(context)));
+    else if (!anyInk) extent.Reset(0, 0, 0);  // takes no room at all, nor a skip above what follows
   }
   context.m_nRightMargin = oldRight;
   if (pushed) context.PopGroupState();

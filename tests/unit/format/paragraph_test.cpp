@@ -242,6 +242,17 @@ TEST_F(Paragraphs, UserFillIsResetAndOnlyTheHighestOrderShares) {
   EXPECT_EQ(Lines("aaaa\\hfil", 30), (Rows{"L 0.0 soft 1 40 12 4 16 |aaaa|", "L 0.1 end 3 30 12 4 0 |[fill 30]|"}));
 }
 
+TEST_F(Paragraphs, APreambleOfInvisibleCommandsTakesNoRoom) {
+  TFmtNode::InitializeDrawProperties();
+  auto body = Body("\\documentclass{article} \\usepackage{amsmath}\n\nbb");
+  const Rows elements = Only(Compose(body.get(), 200, k_ComposeEverything), 'E');
+  ASSERT_EQ(elements.size(), 2u);
+  // Blanks and commands of no size: no line, no strut, and the text below
+  // stands at the top with no skip above it.
+  EXPECT_EQ(elements[0], "E 0 TFmtParagraphNode 0 0 0 0");
+  EXPECT_EQ(elements[1], "E 1 TFmtParagraphNode -12 12 4 20");
+}
+
 TEST_F(Paragraphs, ListsStackWithNoSkipAboveTheFirstElementWithSize) {
   auto body = Body("\\vskip 0pt aa\\par\\par bb");
   const Rows elements = Only(Compose(body.get(), 200, k_ComposeEverything), 'E');
