@@ -277,7 +277,12 @@ void CZephrinGenericView::SetScrollSizes(const CSize& total, const CSize&, const
     // the area the clip window shows its own background, the same paper.
     Dimension width = 0, height = 0;
     XtVaGetValues(m_DrawWidget, XmNwidth, &width, XmNheight, &height, nullptr);
-    const int newWidth = std::clamp<int>(total.cx, 1, kMaxWindowSize);
+    // A document that fits is kept two pixels inside what shows: the main
+    // window narrows its clip by two when the area comes that close to it,
+    // and the text would have to be broken again.
+    const int visible = VisibleWidth();
+    const int fitted = total.cx <= visible ? std::min<int>(total.cx, visible - 2) : total.cx;
+    const int newWidth = std::clamp<int>(fitted, 1, kMaxWindowSize);
     if (newWidth != width) XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(newWidth), nullptr);
     Widget clip = nullptr;
     Dimension shown = 0;

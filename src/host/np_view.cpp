@@ -6,6 +6,9 @@
 
 #include "device/context_xwin.h"
 #include "format/document_node.h"
+#include "format/leaf_nodes.h"
+#include "format/paragraph_node.h"
+#include "format/vertical_list_node.h"
 #include "framework/menu.h"
 #include "host/info_wizard.h"
 #include "host/link_records.h"
@@ -80,7 +83,9 @@ void CZephrinPlugInView::SetScrollInfo() {
   const CSize usable(client.cx - bars.cx, client.cy - 2 * bars.cy);
   // A composition that brings the vertical bar narrows what shows: the
   // text is then composed again, once, for the narrower width (in full, as
-  // a resize is).
+  // a resize is). A document sure to be taller than the window gets its bar
+  // first, so that one composition is enough.
+  if (document->Get_CompositionStatus() == k_ComposeEverything) ShowBarIfSurelyNeeded();
   for (int pass = 0; pass < 2; ++pass) {
     const int composedWidth = VisibleWidth();
     context->Set_Window(this);
@@ -105,6 +110,43 @@ void CZephrinPlugInView::SetScrollInfo() {
     if (VisibleWidth() == composedWidth) break;
     document->Set_CompositionStatus(k_ComposeEverything);
   }
+}
+
+void CZephrinPlugInView::ShowBarIfSurelyNeeded() {
+  TFmtContext_XWin* context = Get_FmtContext();
+  TFmtDocumentNode* document = Get_DocumentNode();
+  if (!context || !document || !m_DrawWidget) return;
+  // A lower bound of the height: every paragraph that holds a word or a
+  // letter is at least one line of three quarters of the text size, with
+  // the paragraph skip between two. Only the body's own elements are
+  // looked at, and only the head of each.
+  const int line = TFmtContext::Get_RmFontPointSize() * TFmtContext::fg_nUnitsPerPoint * 3 / 4;
+  Dimension height = 0;
+  XtVaGetValues(m_DrawWidget, XmNheight, &height, nullptr);
+  int64_t bound = 0;
+  CSize device(0, 0);
+  for (CObject* o : document->Get_VerticalList()->Get_Children()) {
+    TFmtParagraphNode* paragraph = static_cast<TFmtNode*>(o)->IsParagraphNode();
+    if (!paragraph) continue;
+    int looked = 0;
+    for (CObject* c : paragraph->Get_Children()) {
+      auto* child = static_cast<TFmtNode*>(c);
+      if (child->IsSequenceNode() || child->IsCharacterNode()) {
+        bound += (bound > 0 ? TFmtContext::fg_nParSkip : 0) + line;
+        break;
+      }
+      if (++looked == 8) break;
+    }
+    device = CSize(0, static_cast<int>(std::min<int64_t>(bound, INT32_MAX)));
+    context->Log2Dev(device);
+    if (std::abs(device.cy) > height) break;
+  }
+  const int wanted = std::abs(device.cy);
+  // Narrow for the moment, so that no horizontal bar shows beside it and
+  // the width that shows is the one the document will have.
+  if (wanted > height)
+    XtVaSetValues(m_DrawWidget, XmNwidth, static_cast<Dimension>(1), XmNheight,
+                  static_cast<Dimension>(std::min(wanted, 32767)), nullptr);
 }
 
 void CZephrinPlugInView::UpdateStatusLineText(const CString& text) {

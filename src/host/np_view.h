@@ -73,6 +73,10 @@ class CZephrinPlugInView : public CZephrinGenericView {
 
  private:
   void ReportPaintDone();
+  // Grows the drawing area to a lower bound of the document's height when
+  // that bound alone passes the window's: the vertical bar then shows
+  // before the first composition, which is made for the width beside it.
+  void ShowBarIfSurelyNeeded();
   // The top window's place and size, for the dialogs.
   void TopWindowGeometry(int& x, int& y, int& width, int& height) const;
 
