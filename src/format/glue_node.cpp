@@ -117,8 +117,13 @@ TFmtExtent* TFmtGlueNode::Compose(TFmtContext& context) {
     default: named = false; break;  // 0, 3, 20 and unknown kinds keep what they have
   }
   if (named) {
-    SetNormalSpace(new TFmtUnitNode(normal, 1, k_UnitNone));
+    // The width of a named space comes from the context each time: no unit
+    // is kept for it, for a long document has millions of blanks, and a
+    // reflow must not make and free one for each.
+    m_pNormalSpace.reset();
     SetActualSpaceToBeNormalSpace();
+    m_pExtent->m_nWidth = normal;
+    return m_pExtent.get();
   }
   m_pExtent->m_nWidth = static_cast<int>(GetActualSpace()->GetInternalValue(context));
   return m_pExtent.get();

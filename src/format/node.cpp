@@ -37,17 +37,17 @@ char VerbChar(const CString& text) {
   return '\x01';
 }
 
-TFmtNode::TFmtNode() : m_pExtent(std::make_unique<TFmtExtent>(0, 0, 0)) {}
+TFmtNode::TFmtNode() = default;
 
 TFmtNode::TFmtNode(const TFmtNode& other)
     : TCopyableNode(other),
-      m_pExtent(std::make_unique<TFmtExtent>(*other.m_pExtent)),
+      m_pExtent(other.m_pExtent),
       m_Position(other.m_Position),
       m_bDrawAlways(other.m_bDrawAlways) {}
 
 TFmtNode& TFmtNode::operator=(const TFmtNode& other) {
   if (this != &other) {
-    m_pExtent = std::make_unique<TFmtExtent>(*other.m_pExtent);
+    *m_pExtent = *other.m_pExtent;
     m_Position = other.m_Position;
     m_bDrawAlways = other.m_bDrawAlways;
     m_bIsSelected = 0;
