@@ -105,6 +105,9 @@ Image Capture(Display* display, Window window) {
 class View : public ::testing::Test {
  protected:
   void SetUp() override {
+    // The glyphs of the cursor font itself, here and in the host: a cursor
+    // theme would put animated pictures in their place.
+    setenv("XCURSOR_CORE", "1", 1);
     display = XOpenDisplay(nullptr);
     ASSERT_NE(display, nullptr);
     int event, error, major, minor;
@@ -215,9 +218,18 @@ class View : public ::testing::Test {
     };
     return find(browser);
   }
+  // The server may take faked input in a thread of its own: the move is
+  // waited for, so that what is read next sees the pointer there.
   void MovePointer(int x, int y) {
     XTestFakeMotionEvent(display, -1, x, y, 0);
     XSync(display, False);
+    WaitFor([&] {
+      Window root, child;
+      int rx = -1, ry = -1, wx, wy;
+      unsigned mask;
+      XQueryPointer(display, DefaultRootWindow(display), &root, &child, &rx, &ry, &wx, &wy, &mask);
+      return rx == x && ry == y;
+    }, 2000);
   }
   void Click(unsigned button) {
     XTestFakeButtonEvent(display, button, True, 0);
@@ -394,13 +406,17 @@ TEST_F(View, TheCursorIsTheWatchWhileLoadingAndTheIbeamAfter) {
     XDefineCursor(display, probe, cursor);
     MovePointer(25, 25);
     XSync(display, False);
-    std::vector<unsigned long> pixels;
+    // The same image twice, 100 ms apart: the sprite has settled.
+    std::vector<unsigned long> pixels, last;
     WaitFor([&] {
       XFixesCursorImage* image = XFixesGetCursorImage(display);
       if (!image) return false;
       pixels.assign(image->pixels, image->pixels + image->width * image->height);
       XFree(image);
-      return true;
+      const bool settled = pixels == last;
+      last = pixels;
+      if (!settled) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      return settled;
     });
     return pixels;
   };
