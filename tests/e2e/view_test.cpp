@@ -121,8 +121,8 @@ class View : public ::testing::Test {
     if (display) XCloseDisplay(display);
   }
 
-  Window MakeWindow(int width, int height) {
-    Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, width, height, 0, 0,
+  Window MakeWindow(int width, int height, int x = 0) {
+    Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), x, 0, width, height, 0, 0,
                                         WhitePixel(display, DefaultScreen(display)));
     XMapWindow(display, window);
     XSync(display, False);
@@ -147,8 +147,8 @@ class View : public ::testing::Test {
   }
   // New, SetWindow and StreamAsFile for one document; answers the browser
   // window once the document is loaded and painted.
-  Window Open(int32_t id, const std::string& path, int width, int height) {
-    Window browser = MakeWindow(width, height);
+  Window Open(int32_t id, const std::string& path, int width, int height, int x = 0) {
+    Window browser = MakeWindow(width, height, x);
     EXPECT_TRUE(shim.Send(shim.NewHere(id)));
     EXPECT_TRUE(shim.Send(ztest::LinkShim::SetWindow(id, browser, width, height)));
     EXPECT_TRUE(shim.Send(ztest::LinkShim::StreamAsFile(id, Url(path), path)));
@@ -157,6 +157,12 @@ class View : public ::testing::Test {
     EXPECT_TRUE(WaitPaint(browser));
     Settle(browser);
     return browser;
+  }
+  // What the window shows once it has changed from `before` and settled;
+  // `before` itself if nothing changes within the time.
+  Image SettleAfterChange(Window window, const Image& before) {
+    WaitFor([&] { return Capture(display, window).pixels != before.pixels; }, 5000);
+    return Settle(window);
   }
   // The pointer over an earlier document may have sent "Ready" meanwhile.
   std::string StatusBesidesReady() {
@@ -328,17 +334,17 @@ TEST_F(View, ArrowClickAndDownKeyEachLiftTheTextOneStepAndCtrlEndShowsTheEnd) {
   EXPECT_LE(inkRight, textRight - 2 * MarginPx());
   MovePointer(barX + b.width / 2, barY + b.height - b.width / 2);
   Click(Button1);
-  Image afterArrow = Settle(browser);
+  Image afterArrow = SettleAfterChange(browser, before);
   EXPECT_TRUE(LiftedBy(before, afterArrow, 26, clip)) << "the bar's down arrow";
 
   MovePointer(width / 3, height / 2);
   Key(XK_Down);
-  Image afterKey = Settle(browser);
+  Image afterKey = SettleAfterChange(browser, afterArrow);
   EXPECT_TRUE(LiftedBy(afterArrow, afterKey, 26, clip)) << "the Down key";
 
   // The end: the last line stands in the window and Down moves nothing more.
   Key(XK_End, XK_Control_L);
-  Image atEnd = Settle(browser);
+  Image atEnd = SettleAfterChange(browser, afterKey);
   Key(XK_Down);
   Image stillAtEnd = Settle(browser);
   EXPECT_EQ(atEnd.pixels, stillAtEnd.pixels);
@@ -472,6 +478,15 @@ TEST_F(View, ThePopupComesOnReleaseAndNextTopicOpensTheNeighbour) {
   ASSERT_TRUE(WaitFor(menuShown)) << "no menu on the release";
   // "Previous topic" has no name: its mnemonic does nothing. "Next topic"
   // asks the browser for the neighbour, in this window.
+  // The menu takes the keyboard once it is up: a grab of our own then
+  // fails, and the keys below reach it.
+  EXPECT_TRUE(WaitFor([&] {
+    const int status = XGrabKeyboard(display, DefaultRootWindow(display), False, GrabModeAsync, GrabModeAsync,
+                                      CurrentTime);
+    if (status == GrabSuccess) XUngrabKeyboard(display, CurrentTime);
+    XSync(display, False);
+    return status == AlreadyGrabbed;
+  }));
   Key(XK_p);
   Key(XK_n);
   std::string request;
@@ -537,9 +552,10 @@ class Bookmark : public View {
         for (Window draw : Children(display, clip)) return Attributes(display, draw).height;
     return 0;
   }
-  // The same document, without the bookmark, in a window that shows it all.
+  // The same document, without the bookmark, in a window beside the first
+  // that shows it all.
   Image Whole(int32_t id) {
-    Window whole = Open(id, Path(), 300, 1000);
+    Window whole = Open(id, Path(), 300, 1000, 400);
     return Settle(whole);
   }
   // Whether the clip shows the whole picture from row `offset` on.
@@ -554,22 +570,22 @@ class Bookmark : public View {
 
 TEST_F(Bookmark, ALabelInTheMiddleScrollsItsParagraphToTheTop) {
   Window browser = Open(1, Path(), 300, 200);
-  const Image scrolled = Settle(browser);
   const XRectangle clip = ClipArea(browser);
   // The 15th paragraph's top with its 12-unit skip above it, the view's top
   // margin being 26 units: value = its device y.
   auto [y, h] = Element(14);
   const int value = DeviceY(-(y - 26 + h + 12));
-  EXPECT_TRUE(ShowsFrom(scrolled, clip, Whole(2), value)) << "value " << value;
+  const Image whole = Whole(2);
+  EXPECT_TRUE(WaitFor([&] { return ShowsFrom(Settle(browser), clip, whole, value); })) << "value " << value;
 }
 
 TEST_F(Bookmark, ALabelNearTheEndScrollsToTheEnd) {
   Window browser = Open(1, Path(), 300, 200);
-  const Image scrolled = Settle(browser);
   const XRectangle clip = ClipArea(browser);
   // Too near the end for the top: maximum - slider - 1.
   const int value = DrawingHeight(browser) - clip.height - 1;
-  EXPECT_TRUE(ShowsFrom(scrolled, clip, Whole(2), value)) << "value " << value;
+  const Image whole = Whole(2);
+  EXPECT_TRUE(WaitFor([&] { return ShowsFrom(Settle(browser), clip, whole, value); })) << "value " << value;
 }
 
 TEST_F(View, AWordWiderThanTheWindowBringsOnlyTheHorizontalBar) {
