@@ -5,6 +5,10 @@
 #include <Xm/Xm.h>
 
 #include <cstdlib>
+#include <string>
+
+#include "framework/wnd.h"
+#include "support/x_windows.h"
 
 namespace ztest {
 XApp* SharedXApp() {
@@ -29,5 +33,29 @@ void PumpXEvents() {
   if (!x) return;
   XSync(x->display, False);
   while (XtAppPending(x->app)) XtAppProcessEvent(x->app, XtIMAll);
+}
+
+bool UseInstalledFonts(Display* display) {
+  const char* home = std::getenv("ZEPHRIN_HOME");
+  EXPECT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
+  if (!home || !*home || !display) return false;
+  AppendFontDirectory(display, std::string(home) + "/Fonts/");
+  return true;
+}
+
+void CreateDrawWindow(XApp* x, int width, int height, Window* window, GC* gc, CWnd* wnd) {
+  Display* display = x->display;
+  const int screen = DefaultScreen(display);
+  *window = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, width, height, 0,
+                                BlackPixel(display, screen), WhitePixel(display, screen));
+  *gc = XCreateGC(display, *window, 0, nullptr);
+  wnd->SetInfo(x->shell, nullptr, nullptr, nullptr, nullptr, *window, 0, 0, 0, width, height, display, *gc,
+               DefaultVisual(display, screen), screen, DefaultDepth(display, screen), 255, 0, nullptr);
+}
+
+void DestroyDrawWindow(Display* display, Window window, GC gc) {
+  if (!display) return;
+  if (gc) XFreeGC(display, gc);
+  if (window) XDestroyWindow(display, window);
 }
 }  // namespace ztest

@@ -5,6 +5,8 @@
 
 #include <X11/Intrinsic.h>
 
+class CWnd;
+
 namespace ztest {
 struct XApp {
   XtAppContext app;
@@ -16,4 +18,11 @@ struct XApp {
 XApp* SharedXApp();
 // Processes pending events until none are left.
 void PumpXEvents();
+// Puts the installation's fonts (ZEPHRIN_HOME/Fonts) on the test server's
+// path; fails the test (and answers false) without the installation.
+bool UseInstalledFonts(Display* display);
+// A plain unmapped window of the screen and a GC on it, described to `wnd`
+// as the drawing device needs it; DestroyDrawWindow undoes it.
+void CreateDrawWindow(XApp* x, int width, int height, Window* window, GC* gc, CWnd* wnd);
+void DestroyDrawWindow(Display* display, Window window, GC gc);
 }  // namespace ztest

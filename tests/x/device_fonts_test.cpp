@@ -52,24 +52,14 @@ class DeviceFonts : public ::testing::Test {
   void SetUp() override {
     x = ztest::SharedXApp();
     ASSERT_NE(x, nullptr);
-    const char* home = std::getenv("ZEPHRIN_HOME");
-    ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    // The test server is private: put the installation's fonts on its path.
-    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
+    ASSERT_TRUE(ztest::UseInstalledFonts(display));
 
-    int screen = DefaultScreen(display);
-    drawWindow = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, 300, 100, 0,
-                                     BlackPixel(display, screen), WhitePixel(display, screen));
-    gc = XCreateGC(display, drawWindow, 0, nullptr);
-    window.SetInfo(x->shell, nullptr, nullptr, nullptr, nullptr, drawWindow, 0, 0, 0, 300, 100, display, gc,
-                   DefaultVisual(display, screen), screen, DefaultDepth(display, screen), 255, 0, nullptr);
+    ztest::CreateDrawWindow(x, 300, 100, &drawWindow, &gc, &window);
     context.Set_Window(&window);
   }
   void TearDown() override {
-    if (!display) return;
-    XFreeGC(display, gc);
-    XDestroyWindow(display, drawWindow);
+    ztest::DestroyDrawWindow(display, drawWindow, gc);
   }
 
   ztest::XApp* x = nullptr;

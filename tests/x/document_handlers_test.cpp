@@ -48,10 +48,8 @@ class DocumentHandlers : public ::testing::Test {
   void SetUp() override {
     x = ztest::SharedXApp();
     ASSERT_NE(x, nullptr);
-    const char* home = std::getenv("ZEPHRIN_HOME");
-    ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
+    ASSERT_TRUE(ztest::UseInstalledFonts(display));
     const int screen = DefaultScreen(display);
     colormap = DefaultColormap(display, screen);
     server.SetEnv(getpid(), 1);

@@ -37,10 +37,8 @@ class FontFamilies : public ::testing::Test {
   void SetUp() override {
     x = ztest::SharedXApp();
     ASSERT_NE(x, nullptr);
-    const char* home = std::getenv("ZEPHRIN_HOME");
-    ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
+    ASSERT_TRUE(ztest::UseInstalledFonts(display));
 
     const int screen = DefaultScreen(display);
     server.SetEnv(getpid(), 1);
@@ -52,11 +50,7 @@ class FontFamilies : public ::testing::Test {
     TGlobalString::Initialize();
     TGlobalString::InitializeSymbolFonts();
 
-    drawWindow = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, 300, 100, 0,
-                                     BlackPixel(display, screen), WhitePixel(display, screen));
-    gc = XCreateGC(display, drawWindow, 0, nullptr);
-    window.SetInfo(x->shell, nullptr, nullptr, nullptr, nullptr, drawWindow, 0, 0, 0, 300, 100, display, gc,
-                   DefaultVisual(display, screen), screen, DefaultDepth(display, screen), 255, 0, nullptr);
+    ztest::CreateDrawWindow(x, 300, 100, &drawWindow, &gc, &window);
     context.Set_Window(&window);
     TFontFamily_PI::fg_CurrentFontSize = TFontFamily_PI::fg_StyleBaseFontSize = 5;
   }
@@ -65,9 +59,7 @@ class FontFamilies : public ::testing::Test {
     TFmtContext::Set_RmFontPointSize(13);
     TFmtContext_XWin::InitializeResources();
     TFontFamily_PI::fg_CurrentFontSize = TFontFamily_PI::fg_StyleBaseFontSize = 5;
-    if (!display) return;
-    XFreeGC(display, gc);
-    XDestroyWindow(display, drawWindow);
+    ztest::DestroyDrawWindow(display, drawWindow, gc);
   }
   TExtendedFont* At(TFontFamily* family, int size) { return family->CreateFontAtSize(context, size); }
   std::string StretchedName(TFontFamily* family, int height, int depth, int extra) {

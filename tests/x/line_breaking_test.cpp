@@ -45,10 +45,8 @@ class LineBreaking : public ::testing::Test {
   void SetUp() override {
     x = ztest::SharedXApp();
     ASSERT_NE(x, nullptr);
-    const char* home = std::getenv("ZEPHRIN_HOME");
-    ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
+    ASSERT_TRUE(ztest::UseInstalledFonts(display));
     const int screen = DefaultScreen(display);
     server.SetEnv(getpid(), 1);
     server.SetGUI(&x->app, x->shell, display, screen, DefaultVisual(display, screen), DefaultDepth(display, screen),
@@ -59,11 +57,7 @@ class LineBreaking : public ::testing::Test {
     TStringPool::InitializeGlobal();
     TFmtNode::InitializeTexParser();
     TFmtNode::InitializeDrawProperties();
-    drawWindow = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, 300, 100, 0,
-                                     BlackPixel(display, screen), WhitePixel(display, screen));
-    gc = XCreateGC(display, drawWindow, 0, nullptr);
-    window.SetInfo(x->shell, nullptr, nullptr, nullptr, nullptr, drawWindow, 0, 0, 0, 300, 100, display, gc,
-                   DefaultVisual(display, screen), screen, DefaultDepth(display, screen), 255, 0, nullptr);
+    ztest::CreateDrawWindow(x, 300, 100, &drawWindow, &gc, &window);
     context.Set_Window(&window);
     TFontFamily_PI::fg_CurrentFontSize = TFontFamily_PI::fg_StyleBaseFontSize = 5;
     TFontFamily::PrepareAllFonts(&window);
@@ -86,9 +80,7 @@ class LineBreaking : public ::testing::Test {
     TFontFamily::DestroyAllFonts();
     TFontFamily_PI::fg_CurrentFontSize = TFontFamily_PI::fg_StyleBaseFontSize = 5;
     TStringPool::FreeGlobal();
-    if (!display) return;
-    XFreeGC(display, gc);
-    XDestroyWindow(display, drawWindow);
+    ztest::DestroyDrawWindow(display, drawWindow, gc);
   }
 
   std::unique_ptr<TFmtVerticalListNode> Compose(const std::string& text, int width) {

@@ -49,16 +49,9 @@ class UnknownCommand : public ::testing::Test {
   void SetUp() override {
     x = ztest::SharedXApp();
     ASSERT_NE(x, nullptr);
-    const char* home = std::getenv("ZEPHRIN_HOME");
-    ASSERT_TRUE(home && *home) << "needs the build's installation (ZEPHRIN_HOME)";
     display = x->display;
-    ztest::AppendFontDirectory(display, std::string(home) + "/Fonts/");
-    const int screen = DefaultScreen(display);
-    drawWindow = XCreateSimpleWindow(display, RootWindow(display, screen), 0, 0, 300, 100, 0,
-                                     BlackPixel(display, screen), WhitePixel(display, screen));
-    gc = XCreateGC(display, drawWindow, 0, nullptr);
-    window.SetInfo(x->shell, nullptr, nullptr, nullptr, nullptr, drawWindow, 0, 0, 0, 300, 100, display, gc,
-                   DefaultVisual(display, screen), screen, DefaultDepth(display, screen), 255, 0, nullptr);
+    ASSERT_TRUE(ztest::UseInstalledFonts(display));
+    ztest::CreateDrawWindow(x, 300, 100, &drawWindow, &gc, &window);
     context.Set_Window(&window);
     context.m_bForceDraw = 1;
     TStringPool::InitializeGlobal();
@@ -69,9 +62,7 @@ class UnknownCommand : public ::testing::Test {
   }
   void TearDown() override {
     TExtendedFont::fg_pCurrent = nullptr;
-    if (!display) return;
-    XFreeGC(display, gc);
-    XDestroyWindow(display, drawWindow);
+    ztest::DestroyDrawWindow(display, drawWindow, gc);
   }
 
   // Pixels of the window that are clearly red.
