@@ -9,44 +9,12 @@
 #include <cstring>
 #include <filesystem>
 
+#include "host/link_client.h"
 #include "support/paths.h"
 
 namespace ztest {
 namespace fs = std::filesystem;
 namespace {
-int Listen(int* port) {
-  int fd = socket(AF_INET, SOCK_STREAM, 0);
-  int on = 1;
-  setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_ANY);
-  bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
-  socklen_t length = sizeof address;
-  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
-  *port = ntohs(address.sin_port);
-  listen(fd, 1024);
-  return fd;
-}
-
-std::string Accept(int listenFd, int timeoutMs) {
-  pollfd p{listenFd, POLLIN, 0};
-  if (poll(&p, 1, timeoutMs) <= 0) return {};
-  int fd = accept(listenFd, nullptr, nullptr);
-  if (fd < 0) return {};
-  std::string bytes;
-  char buffer[4096];
-  for (;;) {
-    pollfd q{fd, POLLIN, 0};
-    if (poll(&q, 1, 5000) <= 0) break;
-    ssize_t n = read(fd, buffer, sizeof buffer);
-    if (n <= 0) break;
-    bytes.append(buffer, static_cast<size_t>(n));
-  }
-  close(fd);
-  return bytes;
-}
-
 // Fills a text field; a text as long as the field has no zero, on purpose.
 template <size_t N>
 void Put(char (&field)[N], const std::string& text) {
@@ -65,8 +33,8 @@ std::string RecordText(const std::string& record) {
 }
 
 LinkShim::LinkShim() {
-  m_nData = Listen(&m_nDataPort);
-  m_nControl = Listen(&m_nControlPort);
+  m_nData = zlink::OpenListener(&m_nDataPort);
+  m_nControl = zlink::OpenListener(&m_nControlPort);
 }
 
 LinkShim::~LinkShim() {
@@ -165,8 +133,8 @@ std::string LinkShim::Reload(int32_t id, const std::string& tex) {
   return Header(zlink::kReloadDocument, id, static_cast<uint32_t>(12 + tex.size() + 1)) + tex + std::string(1, '\0');
 }
 
-std::string LinkShim::ReadData(int timeoutMs) { return Accept(m_nData, timeoutMs); }
-std::string LinkShim::ReadControl(int timeoutMs) { return Accept(m_nControl, timeoutMs); }
+std::string LinkShim::ReadData(int timeoutMs) { return zlink::AcceptRecord(m_nData, timeoutMs); }
+std::string LinkShim::ReadControl(int timeoutMs) { return zlink::AcceptRecord(m_nControl, timeoutMs); }
 
 std::string LinkShim::ReadStatus(int timeoutMs) {
   for (;;) {

@@ -26,6 +26,7 @@
 #include <vector>
 
 #include "framework/url.h"
+#include "host/link_client.h"
 #include "host/link_records.h"
 
 namespace {
@@ -115,46 +116,6 @@ bool StartXvfb() {
   return false;
 }
 
-// ---- sockets ----
-
-int ListenSocket(int* port) {
-  int fd = socket(AF_INET, SOCK_STREAM, 0);
-  if (fd < 0) return -1;
-  int on = 1;
-  setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_ANY);
-  if (bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) < 0 || listen(fd, 64) < 0) {
-    close(fd);
-    return -1;
-  }
-  socklen_t length = sizeof address;
-  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
-  *port = ntohs(address.sin_port);
-  return fd;
-}
-
-// Reads one record that the host wrote on its own connection.
-std::string ReadRecord(int listenFd, int timeoutMs) {
-  pollfd p{listenFd, POLLIN, 0};
-  if (poll(&p, 1, timeoutMs) <= 0) return {};
-  int fd = accept(listenFd, nullptr, nullptr);
-  if (fd < 0) return {};
-  std::string bytes;
-  char buffer[4096];
-  for (;;) {
-    pollfd q{fd, POLLIN, 0};
-    if (poll(&q, 1, 5000) <= 0) break;
-    ssize_t n = read(fd, buffer, sizeof buffer);
-    if (n <= 0) break;
-    bytes.append(buffer, static_cast<size_t>(n));
-    if (bytes.size() > 65536) break;
-  }
-  close(fd);
-  return bytes;
-}
-
 // ---- the viewer ----
 
 class CViewer {
@@ -227,7 +188,7 @@ void CViewer::ReadReport() {
       Fail(4, "the host ended before it was ready (exit status " +
                   std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)) + ")");
     if (std::chrono::steady_clock::now() >= end) Fail(4, "the host did not report within a minute");
-    bytes = ReadRecord(m_nControl, 200);
+    bytes = zlink::AcceptRecord(m_nControl, 200);
   }
   zlink::THeader header{};
   if (bytes.size() != 36) Fail(4, "the host's report has " + std::to_string(bytes.size()) + " bytes, not 36");
@@ -349,7 +310,7 @@ void CViewer::HandleRecord(const std::string& bytes) {
 
 void CViewer::DrainData() {
   for (;;) {
-    std::string bytes = ReadRecord(m_nData, 0);
+    std::string bytes = zlink::AcceptRecord(m_nData, 0);
     if (bytes.empty()) return;
     HandleRecord(bytes);
   }
@@ -357,11 +318,11 @@ void CViewer::DrainData() {
 
 void CViewer::OnData(XtPointer self, int*, XtInputId*) {
   auto* viewer = static_cast<CViewer*>(self);
-  viewer->HandleRecord(ReadRecord(viewer->m_nData, 0));
+  viewer->HandleRecord(zlink::AcceptRecord(viewer->m_nData, 0));
 }
 
 // Document text replies; the viewer has no use for them.
-void CViewer::OnControl(XtPointer self, int*, XtInputId*) { ReadRecord(static_cast<CViewer*>(self)->m_nControl, 0); }
+void CViewer::OnControl(XtPointer self, int*, XtInputId*) { zlink::AcceptRecord(static_cast<CViewer*>(self)->m_nControl, 0); }
 
 void CViewer::OnCheckHost(XtPointer self, XtIntervalId*) {
   auto* viewer = static_cast<CViewer*>(self);
@@ -494,8 +455,8 @@ int CViewer::Run(int argc, char** argv) {
     if (!StartXvfb()) Fail(2, "no DISPLAY and no private X server (Xvfb) could be started");
   }
   signal(SIGPIPE, SIG_IGN);
-  m_nControl = ListenSocket(&m_nControlPort);
-  m_nData = ListenSocket(&m_nDataPort);
+  m_nControl = zlink::OpenListener(&m_nControlPort);
+  m_nData = zlink::OpenListener(&m_nDataPort);
   if (m_nControl < 0 || m_nData < 0) Fail(3, "cannot open the control and data ports");
   BuildWindow(argc, argv);
   StartHost();
