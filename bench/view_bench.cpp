@@ -369,6 +369,24 @@ struct TBrowser {
 // The host settles for a few ticks before its memory is read.
 void Settle() { std::this_thread::sleep_for(std::chrono::milliseconds(300)); }
 
+// A started host with instance 1 in a window of its own and no document,
+// settled; 0 (and the benchmark skipped) when that fails.
+Window BareInstance(TBrowser& browser, ztest::LinkShim& shim, benchmark::State& state) {
+  if (!browser.display || !shim.Start()) {
+    state.SkipWithError("the host did not start");
+    return 0;
+  }
+  Window window = browser.MakeWindow();
+  shim.Send(shim.NewHere(1));
+  shim.Send(ztest::LinkShim::SetWindow(1, window, kWidth, kHeight));
+  if (!WaitFor([&] { return browser.HasChild(window); }, 10000)) {
+    state.SkipWithError("no widgets in the browser's window");
+    return 0;
+  }
+  Settle();
+  return window;
+}
+
 void BM_HostRss(benchmark::State& state) {
   if (!HaveX()) {
     state.SkipWithError("run under tests/run-with-xvfb with ZEPHRIN_BUILD_DIR set");
@@ -379,19 +397,9 @@ void BM_HostRss(benchmark::State& state) {
   TBrowser browser;
   for (auto _ : state) {
     ztest::LinkShim shim;
-    if (!browser.display || !shim.Start()) {
-      state.SkipWithError("the host did not start");
-      return;
-    }
+    const Window first = BareInstance(browser, shim, state);
+    if (!first) return;
     const pid_t pid = shim.Host().HostPid();
-    Window first = browser.MakeWindow();
-    shim.Send(shim.NewHere(1));
-    shim.Send(ztest::LinkShim::SetWindow(1, first, kWidth, kHeight));
-    if (!WaitFor([&] { return browser.HasChild(first); }, 10000)) {
-      state.SkipWithError("no widgets in the browser's window");
-      return;
-    }
-    Settle();
     const double bareMiB = StatusMiB(pid, "VmRSS");
 
     const auto start = Clock::now();
@@ -473,19 +481,9 @@ void BM_LargeFile(benchmark::State& state) {
   TBrowser browser;
   for (auto _ : state) {
     ztest::LinkShim shim;
-    if (!browser.display || !shim.Start()) {
-      state.SkipWithError("the host did not start");
-      return;
-    }
+    const Window window = BareInstance(browser, shim, state);
+    if (!window) return;
     const pid_t pid = shim.Host().HostPid();
-    Window window = browser.MakeWindow();
-    shim.Send(shim.NewHere(1));
-    shim.Send(ztest::LinkShim::SetWindow(1, window, kWidth, kHeight));
-    if (!WaitFor([&] { return browser.HasChild(window); }, 10000)) {
-      state.SkipWithError("no widgets in the browser's window");
-      return;
-    }
-    Settle();
     bare += StatusMiB(pid, "VmRSS");
     const auto start = Clock::now();
     shim.Send(ztest::LinkShim::StreamAsFile(1, "file:" + path, path));

@@ -194,36 +194,25 @@ class View : public ::testing::Test {
     const long logical = static_cast<long>(DisplayWidthMM(display, screen)) * 1440 / 254;
     return static_cast<int>(static_cast<long>(px) * logical / DisplayWidth(display, screen));
   }
-  // The host's vertical scroll bar inside the browser window, if one shows.
-  Window VerticalBar(Window browser, int width, int height) {
+  // The host's vertical or horizontal scroll bar inside the browser window,
+  // if one shows. The scrolled window keeps a bar that is not needed mapped
+  // but outside its area.
+  Window Bar(Window browser, int width, int height, bool vertical) {
     std::function<Window(Window)> find = [&](Window w) -> Window {
       for (Window child : Children(display, w)) {
         XWindowAttributes a = Attributes(display, child);
-        // The scrolled window keeps a bar that is not needed mapped but
-        // outside its area.
-        if (a.map_state == IsViewable && a.width < 40 && a.height > height / 2 && a.x > width / 2 &&
-            a.x + a.width <= width)
-          return child;
+        const bool shaped = vertical
+                                ? a.width < 40 && a.height > height / 2 && a.x > width / 2 && a.x + a.width <= width
+                                : a.height < 40 && a.width > width / 2 && a.y > height / 2 && a.y + a.height <= height;
+        if (a.map_state == IsViewable && shaped) return child;
         if (Window found = find(child)) return found;
       }
       return 0;
     };
     return find(browser);
   }
-  // A horizontal bar inside the browser window, if one shows.
-  Window HorizontalBar(Window browser, int width, int height) {
-    std::function<Window(Window)> find = [&](Window w) -> Window {
-      for (Window child : Children(display, w)) {
-        XWindowAttributes a = Attributes(display, child);
-        if (a.map_state == IsViewable && a.height < 40 && a.width > width / 2 && a.y > height / 2 &&
-            a.y + a.height <= height)
-          return child;
-        if (Window found = find(child)) return found;
-      }
-      return 0;
-    };
-    return find(browser);
-  }
+  Window VerticalBar(Window browser, int width, int height) { return Bar(browser, width, height, true); }
+  Window HorizontalBar(Window browser, int width, int height) { return Bar(browser, width, height, false); }
   // The server may take faked input in a thread of its own: the move is
   // waited for, so that what is read next sees the pointer there.
   void MovePointer(int x, int y) {

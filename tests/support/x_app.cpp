@@ -7,7 +7,11 @@
 #include <cstdlib>
 #include <string>
 
+#include <unistd.h>
+
 #include "framework/wnd.h"
+#include "host/resource.h"
+#include "host/zr_server.h"
 #include "support/x_windows.h"
 
 namespace ztest {
@@ -57,5 +61,14 @@ void DestroyDrawWindow(Display* display, Window window, GC gc) {
   if (!display) return;
   if (gc) XFreeGC(display, gc);
   if (window) XDestroyWindow(display, window);
+}
+
+void SetUpHostResources(ZRServer& server, XApp* x) {
+  Display* display = x->display;
+  const int screen = DefaultScreen(display);
+  server.SetEnv(getpid(), 1);
+  server.SetGUI(&x->app, x->shell, display, screen, DefaultVisual(display, screen), DefaultDepth(display, screen),
+                255, 0, DefaultColormap(display, screen));
+  Resource::GetResourceObject()->SetResources(&server, &x->app);
 }
 }  // namespace ztest

@@ -6,6 +6,7 @@
 #include <X11/Intrinsic.h>
 
 class CWnd;
+class ZRServer;
 
 namespace ztest {
 struct XApp {
@@ -25,4 +26,8 @@ bool UseInstalledFonts(Display* display);
 // as the drawing device needs it; DestroyDrawWindow undoes it.
 void CreateDrawWindow(XApp* x, int width, int height, Window* window, GC* gc, CWnd* wnd);
 void DestroyDrawWindow(Display* display, Window window, GC gc);
+// The host's start-up as far as drawing needs it: the server knows this
+// process and the screen's default visual and colormap, and the resources
+// are set on it.
+void SetUpHostResources(ZRServer& server, XApp* x);
 }  // namespace ztest

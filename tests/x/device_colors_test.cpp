@@ -37,10 +37,7 @@ class DeviceColors : public ::testing::Test {
     int screen = DefaultScreen(display);
     colormap = DefaultColormap(display, screen);
     setenv("HOME", "/tmp", 0);
-    server.SetEnv(getpid(), 1);
-    server.SetGUI(&x->app, x->shell, display, screen, DefaultVisual(display, screen), DefaultDepth(display, screen),
-                  255, 0, colormap);
-    Resource::GetResourceObject()->SetResources(&server, &x->app);
+    ztest::SetUpHostResources(server, x);
     Resource::GetResourceObject()->SetColors();
 
     white = Alloc(0xffff, 0xffff, 0xffff);

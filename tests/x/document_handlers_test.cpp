@@ -52,10 +52,7 @@ class DocumentHandlers : public ::testing::Test {
     ASSERT_TRUE(ztest::UseInstalledFonts(display));
     const int screen = DefaultScreen(display);
     colormap = DefaultColormap(display, screen);
-    server.SetEnv(getpid(), 1);
-    server.SetGUI(&x->app, x->shell, display, screen, DefaultVisual(display, screen), DefaultDepth(display, screen),
-                  255, 0, colormap);
-    Resource::GetResourceObject()->SetResources(&server, &x->app);
+    ztest::SetUpHostResources(server, x);
     Resource::GetResourceObject()->SetColors();
     TFmtContext_XWin::InitializeResources();
     TStringPool::FreeGlobal();

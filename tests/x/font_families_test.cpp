@@ -40,11 +40,7 @@ class FontFamilies : public ::testing::Test {
     display = x->display;
     ASSERT_TRUE(ztest::UseInstalledFonts(display));
 
-    const int screen = DefaultScreen(display);
-    server.SetEnv(getpid(), 1);
-    server.SetGUI(&x->app, x->shell, display, screen, DefaultVisual(display, screen), DefaultDepth(display, screen),
-                  255, 0, DefaultColormap(display, screen));
-    Resource::GetResourceObject()->SetResources(&server, &x->app);
+    ztest::SetUpHostResources(server, x);
     TFmtContext_XWin::InitializeResources();
     TStringPool::InitializeGlobal();
     TGlobalString::Initialize();
