@@ -365,27 +365,29 @@ CColorRef TFmtContext_XWin::GetTextColor() {
   return ColorOfPixel(values.foreground);
 }
 
+CColorRef TFmtContext_XWin::SetGCColor(const CColorRef& color, int bForeground) {
+  XGCValues values{};
+  XGetGCValues(m_pWindow->m_pDisplay, m_pWindow->m_GC, bForeground ? GCForeground : GCBackground, &values);
+  const unsigned long current = bForeground ? values.foreground : values.background;
+  CColorRef previous = ColorOfPixel(current);
+  CColorRef placed = color;
+  placed.Allocate(m_pWindow, bForeground);
+  if (placed.Pixel() != current) {
+    if (bForeground) XSetForeground(m_pWindow->m_pDisplay, m_pWindow->m_GC, placed.Pixel());
+    else XSetBackground(m_pWindow->m_pDisplay, m_pWindow->m_GC, placed.Pixel());
+  }
+  return previous;
+}
+
 CColorRef TFmtContext_XWin::SetTextColor(const CColorRef& color) {
   if (!CanDraw()) return CColorRef(0, 0, 0, "black");
-  XGCValues values{};
-  XGetGCValues(m_pWindow->m_pDisplay, m_pWindow->m_GC, GCForeground, &values);
-  CColorRef previous = ColorOfPixel(values.foreground);
-  CColorRef placed = color;
-  placed.Allocate(m_pWindow, 1);
-  if (placed.Pixel() != values.foreground) XSetForeground(m_pWindow->m_pDisplay, m_pWindow->m_GC, placed.Pixel());
-  return previous;
+  return SetGCColor(color, 1);
 }
 
 CColorRef TFmtContext_XWin::SetBkColor(const CColorRef& color) {
   // 252 and not 255: the table's white.
   if (!CanDraw()) return CColorRef(252, 252, 252, "white");
-  XGCValues values{};
-  XGetGCValues(m_pWindow->m_pDisplay, m_pWindow->m_GC, GCBackground, &values);
-  CColorRef previous = ColorOfPixel(values.background);
-  CColorRef placed = color;
-  placed.Allocate(m_pWindow, 0);
-  if (placed.Pixel() != values.background) XSetBackground(m_pWindow->m_pDisplay, m_pWindow->m_GC, placed.Pixel());
-  return previous;
+  return SetGCColor(color, 0);
 }
 
 void TFmtContext_XWin::SetPageColor(const CColorRef& color) {

@@ -133,6 +133,9 @@ class TFmtContext_XWin : public TFmtContext {
  private:
   static void Assign(CString*& field, const char* name);
   static CString** MathExtField(int i);
+  // Places color as the GC's foreground (1) or background (0); answers the
+  // colour it had.
+  CColorRef SetGCColor(const CColorRef& color, int bForeground);
   // The colour of a pixel as the window's screen shows it, unnamed.
   CColorRef ColorOfPixel(unsigned long pixel) const;
   bool CanDraw() const;
