@@ -19,7 +19,6 @@
 #include "host/zr_document.h"
 #include "host/zr_server.h"
 #include "tex/token_source.h"
-#include "tex/tokens.h"
 
 namespace {
 CString Trimmed(const char* text) {
