@@ -1,4 +1,4 @@
-#include "inspect_x.h"
+#include "examine_x.h"
 
 #include <Xm/Xm.h>
 #include <unistd.h>

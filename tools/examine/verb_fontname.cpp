@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "device/font_family.h"
-#include "inspect_x.h"
+#include "examine_x.h"
 #include "verbs.h"
 
 int InspectVerb_fontname(int argc, char** argv) {

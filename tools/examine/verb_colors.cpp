@@ -6,7 +6,7 @@
 
 #include "framework/color_ref.h"
 #include "host/resource.h"
-#include "inspect_x.h"
+#include "examine_x.h"
 #include "verbs.h"
 
 int InspectVerb_colors(int argc, char** argv) {

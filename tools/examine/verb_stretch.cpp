@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "device/font_family.h"
-#include "inspect_x.h"
+#include "examine_x.h"
 #include "symbols/global_strings.h"
 #include "symbols/string_pool.h"
 #include "verbs.h"

@@ -19,7 +19,7 @@
 #include "format/layout_dump.h"
 #include "format/paragraph_node.h"
 #include "format/vertical_list_node.h"
-#include "inspect_x.h"
+#include "examine_x.h"
 #include "tex/input_file_loader.h"
 #include "tex/token_source.h"
 #include "verbs.h"

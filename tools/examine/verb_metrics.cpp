@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "device/font_family.h"
-#include "inspect_x.h"
+#include "examine_x.h"
 #include "verbs.h"
 
 int InspectVerb_metrics(int argc, char** argv) {

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "device/font_family_pi.h"
-#include "inspect_x.h"
+#include "examine_x.h"
 #include "verbs.h"
 
 int InspectVerb_relsize(int argc, char** argv) {
